@@ -1,0 +1,19 @@
+find_package(PkgConfig REQUIRED)
+find_package(Threads REQUIRED)
+
+# Toolkit-free libraries, needed by fuzz builds as well.
+pkg_check_modules(TAGLIB REQUIRED IMPORTED_TARGET taglib)
+pkg_check_modules(MPG123 REQUIRED IMPORTED_TARGET libmpg123)
+pkg_check_modules(SNDFILE REQUIRED IMPORTED_TARGET sndfile)
+pkg_check_modules(ALSA REQUIRED IMPORTED_TARGET alsa)
+pkg_check_modules(PULSE REQUIRED IMPORTED_TARGET libpulse)
+
+if(NOT VERDIN_FUZZ)
+  find_package(Qt6 6.4 REQUIRED COMPONENTS Core DBus Gui Widgets Test)
+  if(VERDIN_TESTS)
+    find_package(GTest REQUIRED)
+  endif()
+  if(VERDIN_BENCH)
+    find_package(benchmark REQUIRED)
+  endif()
+endif()
