@@ -1,0 +1,174 @@
+#include "IniProfile.h"
+
+#include "Text.h"
+
+#include <cerrno>
+#include <cstdio>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <fstream>
+#include <iterator>
+#include <unistd.h>
+
+namespace verdin {
+
+namespace {
+
+std::string_view Trim(std::string_view s) {
+    while (!s.empty() && (s.front() == ' ' || s.front() == '\t')) s.remove_prefix(1);
+    while (!s.empty() && (s.back() == ' ' || s.back() == '\t')) s.remove_suffix(1);
+    return s;
+}
+
+std::string_view Unquote(std::string_view s) {
+    if (s.size() >= 2 && (s.front() == '"' || s.front() == '\'') && s.back() == s.front())
+        return s.substr(1, s.size() - 2);
+    return s;
+}
+
+}  // namespace
+
+IniProfile IniProfile::Parse(std::string_view text) {
+    IniProfile profile;
+    size_t start = 0;
+    while (start < text.size()) {
+        size_t end = text.find('\n', start);
+        if (end == std::string_view::npos) end = text.size();
+        std::string_view line = text.substr(start, end - start);
+        start = end + 1;
+        if (!line.empty() && line.back() == '\r') line.remove_suffix(1);
+        line = Trim(line);
+        if (line.empty()) continue;
+        if (line.front() == '[') {
+            const size_t close = line.find(']');
+            std::string_view name = line.substr(1, close == std::string_view::npos ? std::string_view::npos : close - 1);
+            profile.sections_.push_back(Section{std::string(Trim(name)), {}});
+            continue;
+        }
+        const size_t eq = line.find('=');
+        if (eq == std::string_view::npos || profile.sections_.empty()) continue;
+        profile.sections_.back().entries.push_back(
+            Entry{std::string(Trim(line.substr(0, eq))), std::string(Unquote(Trim(line.substr(eq + 1))))});
+    }
+    return profile;
+}
+
+IniProfile IniProfile::Load(const std::string& path) {
+    std::ifstream in(path, std::ios::binary);
+    if (!in) return IniProfile();
+    std::string text((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
+    return Parse(text);
+}
+
+std::vector<std::string> IniProfile::SectionNames() const {
+    std::vector<std::string> names;
+    names.reserve(sections_.size());
+    for (const auto& s : sections_) names.push_back(s.name);
+    return names;
+}
+
+const IniProfile::Section* IniProfile::FindSection(std::string_view name) const {
+    for (const auto& s : sections_)
+        if (EqualsIgnoreCase(s.name, name)) return &s;
+    return nullptr;
+}
+
+const IniProfile::Entry* IniProfile::Find(std::string_view section, std::string_view key) const {
+    const Section* s = FindSection(section);
+    if (!s) return nullptr;
+    for (const auto& e : s->entries)
+        if (EqualsIgnoreCase(e.key, key)) return &e;
+    return nullptr;
+}
+
+std::string IniProfile::GetString(std::string_view section, std::string_view key,
+                                  std::string_view fallback, size_t maxChars) const {
+    const Entry* e = Find(section, key);
+    std::string_view value = e ? std::string_view(e->value) : fallback;
+    return std::string(value.substr(0, maxChars));
+}
+
+int IniProfile::GetInt(std::string_view section, std::string_view key, int fallback) const {
+    const Entry* e = Find(section, key);
+    return e ? ParseDecimal(e->value) : fallback;
+}
+
+void IniProfile::SetString(std::string_view section, std::string_view key, std::string_view value) {
+    Section* s = const_cast<Section*>(FindSection(section));
+    if (!s) {
+        sections_.push_back(Section{std::string(section), {}});
+        s = &sections_.back();
+    }
+    for (auto& e : s->entries) {
+        if (EqualsIgnoreCase(e.key, key)) {
+            e.value = std::string(value);
+            return;
+        }
+    }
+    s->entries.push_back(Entry{std::string(key), std::string(value)});
+}
+
+void IniProfile::ClearSection(std::string_view section) {
+    bool kept = false;
+    for (auto it = sections_.begin(); it != sections_.end();) {
+        if (!EqualsIgnoreCase(it->name, section)) {
+            ++it;
+        } else if (!kept) {
+            it->name = std::string(section);
+            it->entries.clear();
+            kept = true;
+            ++it;
+        } else {
+            it = sections_.erase(it);
+        }
+    }
+    if (!kept) sections_.push_back(Section{std::string(section), {}});
+}
+
+void IniProfile::RemoveSection(std::string_view section) {
+    std::erase_if(sections_, [&](const Section& s) { return EqualsIgnoreCase(s.name, section); });
+}
+
+std::string IniProfile::Serialize() const {
+    std::string out;
+    for (const auto& s : sections_) {
+        out += '[';
+        out += s.name;
+        out += "]\r\n";
+        for (const auto& e : s.entries) {
+            out += e.key;
+            out += '=';
+            out += e.value;
+            out += "\r\n";
+        }
+    }
+    return out;
+}
+
+bool IniProfile::Save(const std::string& path) const { return WriteFileAtomically(path, Serialize()); }
+
+bool WriteFileAtomically(const std::string& path, std::string_view data) {
+    std::string temp = path + ".XXXXXX";
+    const int fd = mkstemp(temp.data());
+    if (fd < 0) return false;
+    bool ok = true;
+    size_t done = 0;
+    while (ok && done < data.size()) {
+        const ssize_t n = ::write(fd, data.data() + done, data.size() - done);
+        if (n > 0) done += static_cast<size_t>(n);
+        else if (n < 0 && errno == EINTR) continue;
+        else ok = false;
+    }
+    // mkstemp makes the file private (0600); give it the mode of the file it replaces,
+    // or the usual 0644 for a new one.
+    struct stat existing;
+    const mode_t mode = ::stat(path.c_str(), &existing) == 0 ? (existing.st_mode & 07777) : 0644;
+    ok = ok && ::fchmod(fd, mode) == 0;
+    ok = ok && ::fsync(fd) == 0;
+    ok = (::close(fd) == 0) && ok;
+    if (ok && std::rename(temp.c_str(), path.c_str()) == 0) return true;
+    ::unlink(temp.c_str());
+    return false;
+}
+
+}  // namespace verdin
