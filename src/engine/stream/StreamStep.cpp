@@ -1,0 +1,246 @@
+// The stream step: decode, equalize, DSP, buffer rules, leading silence, crossfade or
+// copy into the ring, commit; and what happens when the track has run out.
+#include "Stream.h"
+
+#include "engine/equalizer/Equalizer.h"
+#include "engine/output/OutputDevice.h"
+#include "engine/stream/SilenceScan.h"
+#include "engine/stream/StreamOutput.h"
+
+#include <algorithm>
+#include <cstring>
+
+namespace verdin {
+
+namespace {
+
+// Frames the underrun guard keeps between what is written and what is being heard.
+constexpr int64_t kUnderrunMargin = 2000;
+// Frames right after the play position may already be on their way to the sound card;
+// the end-of-track silence cut leaves them alone (the same distance a crossfade keeps).
+constexpr int64_t kCutMargin = 12000;
+// The pause between tracks is produced in blocks of at most this many bytes.
+constexpr uint32_t kPauseBlockBytes = 1024;
+
+}  // namespace
+
+// Takes the next piece of the decoder's output into the work buffer: at most enough that
+// the equalizer's output and a DSP module doubling it still fit. 0 at the end of the track.
+uint32_t Stream::DecodeBlock() {
+    if (pendingBytes_ == 0) {
+        const void* block = nullptr;
+        const uint32_t bytes = decoder_ && decoder_->ops && decoder_->ops->Decode ? decoder_->ops->Decode(decoder_, &block) : 0;
+        if (bytes == 0 || !block) return 0;
+        pending_ = static_cast<const uint8_t*>(block);
+        pendingBytes_ = bytes;
+    }
+    const uint32_t frameBytes = std::max(1u, format_.BytesPerFrame());
+    const uint32_t room = static_cast<uint32_t>(work_.size()) / 2 - Equalizer::kOutputHeadroom;
+    uint32_t take = std::min(pendingBytes_, room / frameBytes * frameBytes);
+    if (take == 0) take = std::min(pendingBytes_, room);
+    std::memcpy(work_.data(), pending_, take);
+    pending_ += take;
+    pendingBytes_ -= take;
+    framesDecoded_ += take / frameBytes;
+    return take;
+}
+
+// Runs the block through the equalizer unless the decoder equalizes itself. Returns the
+// bytes now in the work buffer.
+uint32_t Stream::Equalize(uint32_t bytes) {
+    if (info_.decoderEqualizes || !equalizer_) return bytes;
+    const uint32_t frameBytes = std::max(1u, format_.BytesPerFrame());
+    equalizerIn_ += bytes / frameBytes;
+    const bool wasHolding = equalizerIn_ - bytes / frameBytes > equalizerOut_;
+    uint32_t result = equalizer_->Process(work_.data(), bytes, format_.bitsPerSample, format_.channels);
+    // Just switched off with frames held: the equalizer hands everything back at once and
+    // says so in frames rather than bytes, on that path only.
+    const int64_t held = equalizerIn_ - equalizerOut_;
+    if (wasHolding && result != bytes && static_cast<int64_t>(result) == held) result *= frameBytes;
+    equalizerOut_ += result / frameBytes;
+    return result;
+}
+
+// At the end of the track the equalizer still holds the last 256 to 511 frames; silence
+// pushed after them brings them out, and whatever comes after the real frames is dropped.
+uint32_t Stream::FlushEqualizer() {
+    if (info_.decoderEqualizes || !equalizer_) return 0;
+    const int64_t held = equalizerIn_ - equalizerOut_;
+    if (held <= 0) return 0;
+    const uint32_t frameBytes = std::max(1u, format_.BytesPerFrame());
+    const uint32_t silenceFrames = Equalizer::kBlockFrames + Equalizer::kHopFrames;
+    std::memset(work_.data(), format_.bitsPerSample == 8 ? 0x80 : 0, silenceFrames * frameBytes);
+    uint32_t result = equalizer_->Process(work_.data(), silenceFrames * frameBytes, format_.bitsPerSample, format_.channels);
+    if (result == held + silenceFrames) result *= frameBytes;  // switched off meanwhile: a frame count
+    const int64_t out = std::min<int64_t>(held, result / frameBytes);
+    equalizerIn_ = equalizerOut_ = 0;
+    return static_cast<uint32_t>(out) * frameBytes;
+}
+
+void Stream::Step() {
+    if (phase_ == Phase::kDecoding) {
+        const uint32_t bytes = endNow_.load(std::memory_order_acquire) ? 0 : DecodeBlock();
+        if (bytes > 0) {
+            Deliver(bytes, true);
+            return;
+        }
+        EndDecoding();
+    }
+    if (pauseBytes_ == 0) {
+        RequestStop();
+        return;
+    }
+    const uint32_t bytes = static_cast<uint32_t>(std::min<uint64_t>(kPauseBlockBytes, pauseBytes_));
+    pauseBytes_ -= bytes;
+    std::memset(work_.data(), format_.bitsPerSample == 8 ? 0x80 : 0, bytes);
+    Deliver(bytes, true);
+}
+
+// The decoder has ended (or the track was ended early): bring out what the equalizer
+// holds, cut silence at the end when asked, and go on with the pause between tracks.
+void Stream::EndDecoding() {
+    endOfTrack_.store(true, std::memory_order_release);
+    phase_ = Phase::kPause;
+    if (endNow_.load(std::memory_order_acquire)) pauseBytes_ = 0;
+    if (const uint32_t tail = FlushEqualizer(); tail > 0) Deliver(tail, false);
+    if (options_.skipSilenceInTheEnd) TrimTrailingSilence();
+}
+
+// The stages after decoding: equalizer, DSP modules, then into the ring.
+void Stream::Deliver(uint32_t bytes, bool equalize) {
+    if (equalize) bytes = Equalize(bytes);
+    const uint32_t frameBytes = format_.BytesPerFrame();
+    if (frameBytes == 0) return;
+    uint32_t frames = bytes / frameBytes;
+    if (frames > 0 && options_.dsp) {
+        const uint32_t maxFrames = static_cast<uint32_t>(work_.size()) / frameBytes;
+        frames = std::min(maxFrames, options_.dsp.process(options_.dsp.context, work_.data(), frames,
+                                                          format_.bitsPerSample, format_.channels, format_.sampleRate));
+    }
+    if (frames == 0) return;
+    if (!ApplyBufferRules(frames)) return;
+    WriteFrames(work_.data(), frames);
+}
+
+// The buffer rules for a block of n frames. False when the stream is being stopped while
+// it waits for room.
+bool Stream::ApplyBufferRules(uint32_t n) {
+    StreamOutput* output = Output();
+    if (!output) return false;
+    OutputDevice* device = output->device.get();
+    const int64_t written = framesWritten_.load(std::memory_order_relaxed);
+    const bool userPaused = PlaybackPaused();
+
+    // Underrun guard: about to run dry, so hold the device until the buffer is full
+    // enough again, rather than let it play old sound from the looping ring.
+    if (!refilling_.load(std::memory_order_relaxed) && device->GetPlayedFrames() + kUnderrunMargin > written) {
+        refilling_.store(true, std::memory_order_release);
+        if (!userPaused) device->Pause();
+    }
+    // Refill: enough is buffered again.
+    if (refilling_.load(std::memory_order_relaxed) &&
+        written + n > device->GetPlayedFrames() + static_cast<int64_t>(ring_.prefillFrames)) {
+        refilling_.store(false, std::memory_order_release);
+        prefilling_.store(false, std::memory_order_release);
+        if (!userPaused) device->Resume();
+    }
+    // Room: never overwrite what has not been heard yet.
+    int64_t played = device->GetPlayedFrames();
+    while (written + n > played + static_cast<int64_t>(ring_.frames)) {
+        if (StopRequested() || DeviceFailed(*device)) return false;
+        device->Wait(n);
+        played = device->GetPlayedFrames();
+    }
+    return !StopRequested() && !DeviceFailed(*device);
+}
+
+// A device that can no longer play or write (the sound server died, the disk is full)
+// ends the stream with the device's own explanation.
+bool Stream::DeviceFailed(OutputDevice& device) {
+    if (!device.Failed()) return false;
+    std::string error = device.ErrorText();
+    if (!Failed()) Fail(std::move(error));
+    RequestStop();
+    return true;
+}
+
+void Stream::WriteFrames(const uint8_t* data, uint32_t frames) {
+    StreamOutput* output = Output();
+    const uint32_t frameBytes = format_.BytesPerFrame();
+    if (leadingSilence_) {
+        const uint32_t loud = FirstLoudFrame(data, frames, format_, silenceThreshold_);
+        if (loud == frames) return;
+        leadingSilence_ = false;
+        data += loud * frameBytes;
+        frames -= loud;
+    }
+    uint8_t* ring = output->ring.get();
+    const uint32_t ringBytes = output->ringBytes;
+    const uint32_t mixed = MixIntoRing(ring, ringBytes, writePosition_, data, frames, format_, fade_);
+    writePosition_ = (writePosition_ + mixed * frameBytes) % ringBytes;
+    writePosition_ = CopyIntoRing(ring, ringBytes, writePosition_, data + mixed * frameBytes, (frames - mixed) * frameBytes);
+    framesWritten_.store(framesWritten_.load(std::memory_order_relaxed) + frames, std::memory_order_release);
+    output->device->CommitFrames(static_cast<int32_t>(frames));
+}
+
+// Skipping silence at the end, "only within buffer": when the decoder ends, the track's
+// last frames are still in the ring and not yet heard. Silent frames at the end of what
+// was written are taken back (the write position and count move back over them), down to
+// no nearer the play position than kCutMargin frames, which may already be on their way
+// to the sound card. The next track then follows the last sound at once (or the pause
+// between tracks begins there); silence already heard cannot be cut.
+void Stream::TrimTrailingSilence() {
+    StreamOutput* output = Output();
+    if (!output) return;
+    const uint32_t frameBytes = format_.BytesPerFrame();
+    if (frameBytes == 0) return;
+    const int64_t written = framesWritten_.load(std::memory_order_relaxed);
+    const int64_t floor = std::max(output->device->GetPlayedFrames() + kCutMargin,
+                                   trackStartFrame_.load(std::memory_order_relaxed));
+    int64_t keep = written;
+    uint32_t position = writePosition_;
+    while (keep > floor) {
+        const uint32_t previous = (position + output->ringBytes - frameBytes) % output->ringBytes;
+        if (!FrameIsSilent(output->ring.get() + previous, format_, silenceThreshold_)) break;
+        position = previous;
+        --keep;
+    }
+    if (keep == written) return;
+    writePosition_ = position;
+    framesWritten_.store(keep, std::memory_order_release);
+    // A device with its own copy of the ring moves its write cursor back over the cut.
+    output->device->CommitFrames(-static_cast<int32_t>(written - keep));
+}
+
+void Stream::OnFinish() {
+    const bool stoppedByUser = FinishRequested();
+    const uintptr_t next = next_.exchange(1, std::memory_order_acq_rel);
+    if (!Output()) return;
+    if (!stoppedByUser && next > 1) {
+        auto* following = reinterpret_cast<Stream*>(next);
+        following->ContinueStream(this, following->crossfadeOnHandOver_.load(std::memory_order_acquire));
+        return;
+    }
+    if (!stoppedByUser) PlayOut();
+}
+
+// Nothing takes the device over: let it play what is in the ring up to the last frame
+// written, then stop there (a stop request ends the wait at once).
+void Stream::PlayOut() {
+    StreamOutput* output = Output();
+    OutputDevice* device = output->device.get();
+    const int64_t written = framesWritten_.load(std::memory_order_relaxed);
+    device->SetEndOfData(written);
+    // A track shorter than the pre-fill level: its end counts as reaching the level.
+    if (refilling_.exchange(false, std::memory_order_acq_rel)) {
+        prefilling_.store(false, std::memory_order_release);
+        if (!PlaybackPaused()) device->Resume();
+    }
+    const uint32_t step = std::max(1u, format_.sampleRate / 20);  // 50 ms
+    while (!FinishRequested() && !device->PlayedOut() && !DeviceFailed(*device)) {
+        const int64_t left = written - device->GetPlayedFrames();
+        device->Wait(static_cast<uint32_t>(std::clamp<int64_t>(left, 1, step)));
+    }
+}
+
+}  // namespace verdin
