@@ -64,6 +64,10 @@ public:
     virtual bool PlayedOut();
     // Why the device failed, for the message the user sees; empty while all is well.
     virtual std::string ErrorText() const;
+    // Whether the device met an error after it was opened (a write error, a sound server
+    // that went away). Cheap enough for the stream to read after every Wait; ErrorText()
+    // then says what happened.
+    virtual bool Failed() const { return failed_.load(std::memory_order_acquire); }
 
     const PcmFormat& Format() const { return format_; }
     uint8_t* Ring() const { return ring_; }
@@ -74,6 +78,8 @@ protected:
     // The end mark of SetEndOfData, -1 while more data may come. Written by the stream
     // thread, read by the device's own thread.
     int64_t EndOfData() const { return endOfData_.load(std::memory_order_acquire); }
+    // Raises Failed(); a device calls it after it has stored what ErrorText() reports.
+    void MarkFailed() { failed_.store(true, std::memory_order_release); }
 
     const PcmFormat format_;
     uint8_t* const ring_;
@@ -81,6 +87,9 @@ protected:
 
 private:
     std::atomic<int64_t> endOfData_{-1};
+    // Set by whichever thread meets a device error (only ever from false to true); read
+    // by the stream and user-interface threads.
+    std::atomic<bool> failed_{false};
 };
 
 }  // namespace verdin

@@ -1,0 +1,410 @@
+#include "AlsaDevice.h"
+
+#include "engine/output/AlsaDeviceList.h"
+#include "engine/output/AlsaPcm.h"
+#include "engine/output/DeviceRequests.h"
+#include "engine/output/GenerationCounter.h"
+#include "engine/output/PlayClock.h"
+#include "engine/output/SoftwareVolume.h"
+#include "engine/output/WakeupSignal.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <chrono>
+#include <cstring>
+#include <limits>
+#include <poll.h>
+#include <system_error>
+#include <thread>
+#include <vector>
+
+namespace verdin {
+
+namespace {
+
+// How long the device thread sleeps at most between two looks at its requests and the
+// card: it bounds how stale a position can be.
+constexpr int kTickMilliseconds = 5;
+// How long closing waits for the device thread to end.
+constexpr auto kCloseTimeout = std::chrono::seconds(3);
+// Largest piece handed to ALSA in one write.
+constexpr uint32_t kPieceFrames = 4096;
+
+}  // namespace
+
+struct AlsaDevice::Core {
+    Core(PcmFormat f, uint8_t* r, uint32_t ringSize)
+        : format(f),
+          ring(r),
+          bytesPerFrame(f.BytesPerFrame()),
+          ringFrames(bytesPerFrame ? ringSize / bytesPerFrame : 0) {}
+
+    void Run();
+
+    const PcmFormat format;
+    uint8_t* const ring;
+    const uint32_t bytesPerFrame;
+    const uint32_t ringFrames;
+    std::unique_ptr<AlsaPcm> pcm;  // used by the device thread only, once it runs
+    WakeupSignal wake;
+
+    DeviceRequests requests;
+    // Played frames of the current run: reset by Start, published by the device thread,
+    // read by every thread.
+    GenerationCounter played;
+    // Frames committed since Start: stream threads add, Start resets, the device thread
+    // reads to know how far it may play.
+    std::atomic<int64_t> committed{0};
+    // End mark of SetEndOfData, -1 while more may come: stream thread writes, device reads.
+    std::atomic<int64_t> endOfData{-1};
+    // Volume 0..65535: the user-interface thread writes, the device thread reads.
+    std::atomic<uint32_t> volume{kFullVolume};
+    // Set by the closing thread, read by the device thread.
+    std::atomic<bool> quit{false};
+    // Set by the device thread as its last act; read by the closing thread and by
+    // callers waiting for a request.
+    std::atomic<bool> finished{false};
+    // The ALSA error that stopped playback, 0 while none: device thread writes once,
+    // any thread reads.
+    std::atomic<int> error{0};
+};
+
+namespace {
+
+// The device thread's own state and its steps; nothing here is shared.
+class Feeder {
+public:
+    explicit Feeder(AlsaDevice::Core& core)
+        : core_(core),
+          clock_(core.format.sampleRate),
+          clockPaced_(core.pcm->PacedByClock()),
+          aheadFrames_(std::max<uint32_t>(core.pcm->BufferFrames(), core.format.sampleRate / 20)),
+          scratch_(size_t{kPieceFrames} * core.bytesPerFrame) {}
+
+    void Run() {
+        uint64_t seen = 0;
+        while (!core_.quit.load(std::memory_order_acquire)) {
+            const uint64_t word = core_.requests.Current();
+            if (word != seen) {
+                Apply(DeviceRequest::From(word));
+                seen = word;
+                core_.requests.Done(word);
+            }
+            bool waitForRoom = false;
+            if (mode_ == DeviceMode::Playing) {
+                UpdatePlayed();
+                waitForRoom = Feed();
+            }
+            core_.played.Publish(run_, static_cast<uint64_t>(played_));
+            Sleep(waitForRoom);
+        }
+    }
+
+private:
+    bool UsesClock() const { return clockPaced_ || failed_; }
+
+    void Apply(const DeviceRequest& r) {
+        if (r.run != run_) {
+            // Start: from the ring's first frame, with nothing of the last run queued.
+            if (!failed_) {
+                core_.pcm->Drop();
+                Check(core_.pcm->Prepare());
+            }
+            run_ = r.run;
+            handed_ = 0;
+            played_ = 0;
+            heldInPcm_ = false;
+            EnterMode(r.mode);
+            return;
+        }
+        if (r.mode == mode_) return;
+        if (r.mode == DeviceMode::Stopped) {
+            if (!failed_) {
+                core_.pcm->Drop();
+                Check(core_.pcm->Prepare());
+            }
+            heldInPcm_ = false;
+        } else if (r.mode == DeviceMode::Paused && mode_ == DeviceMode::Playing) {
+            UpdatePlayed();
+            Hold();
+        } else if (r.mode == DeviceMode::Playing && mode_ == DeviceMode::Paused) {
+            Release();
+        }
+        EnterMode(r.mode);
+    }
+
+    void EnterMode(DeviceMode mode) {
+        mode_ = mode;
+        if (mode == DeviceMode::Playing) clock_.Restart(PlayClock::Clock::now());
+    }
+
+    // Pause: hold the card where it is. A PCM that cannot pause drops what it holds;
+    // those frames are handed again from the ring after Resume.
+    void Hold() {
+        if (failed_ || core_.pcm->State() != SND_PCM_STATE_RUNNING) return;
+        if (core_.pcm->CanPause() && core_.pcm->Pause(true) == 0) {
+            heldInPcm_ = true;
+            return;
+        }
+        core_.pcm->Drop();
+        Check(core_.pcm->Prepare());
+        handed_ = played_;
+    }
+
+    void Release() {
+        if (!heldInPcm_) return;
+        heldInPcm_ = false;
+        if (failed_) return;
+        const int rc = core_.pcm->Pause(false);
+        if (rc < 0) Check(core_.pcm->Recover(rc));
+    }
+
+    void UpdatePlayed() {
+        if (UsesClock()) {
+            played_ = clock_.Advance(played_, handed_, PlayClock::Clock::now());
+            return;
+        }
+        switch (core_.pcm->State()) {
+            case SND_PCM_STATE_RUNNING:
+            case SND_PCM_STATE_DRAINING: break;
+            case SND_PCM_STATE_XRUN: HandleError(-EPIPE); return;
+            case SND_PCM_STATE_SUSPENDED: HandleError(-ESTRPIPE); return;
+            case SND_PCM_STATE_DISCONNECTED: Fail(-ENODEV); return;
+            default: return;  // not started yet, or held: nothing is being heard
+        }
+        long delay = 0;
+        const long rc = core_.pcm->Delay(&delay);
+        if (rc < 0) {
+            HandleError(static_cast<int>(rc));
+            return;
+        }
+        const int64_t heard = handed_ - std::max<long>(delay, 0);
+        played_ = std::clamp(heard, played_, handed_);
+    }
+
+    // Hands committed frames to ALSA; true when it stopped for want of room in the PCM.
+    bool Feed() {
+        if (core_.ringFrames == 0) return false;
+        int64_t limit = core_.committed.load(std::memory_order_acquire);
+        const int64_t end = core_.endOfData.load(std::memory_order_acquire);
+        if (end >= 0) limit = std::min(limit, end);
+        if (UsesClock()) limit = std::min(limit, played_ + aheadFrames_);
+        while (handed_ < limit) {
+            int64_t room = limit - handed_;
+            if (!UsesClock()) {
+                const long avail = core_.pcm->Avail();
+                if (avail < 0) {
+                    HandleError(static_cast<int>(avail));
+                    return false;
+                }
+                if (avail == 0) return true;
+                room = std::min<int64_t>(room, avail);
+            }
+            const uint32_t at = static_cast<uint32_t>(handed_ % core_.ringFrames);
+            const uint32_t frames = static_cast<uint32_t>(
+                std::min<int64_t>({room, int64_t{core_.ringFrames - at}, int64_t{kPieceFrames}}));
+            if (failed_) {  // nobody listens any more: count the frames as handed
+                handed_ += frames;
+                continue;
+            }
+            const long written = core_.pcm->Write(Piece(at, frames), frames);
+            if (written == -EAGAIN) return true;
+            if (written < 0) {
+                HandleError(static_cast<int>(written));
+                return false;
+            }
+            handed_ += written;
+        }
+        return false;
+    }
+
+    // The frames at ring frame `at`, scaled by the volume unless it is full.
+    const uint8_t* Piece(uint32_t at, uint32_t frames) {
+        const uint8_t* source = core_.ring + size_t{at} * core_.bytesPerFrame;
+        const uint32_t volume = core_.volume.load(std::memory_order_acquire);
+        if (volume >= kFullVolume) return source;
+        const size_t bytes = size_t{frames} * core_.bytesPerFrame;
+        std::memcpy(scratch_.data(), source, bytes);
+        ApplySoftwareVolume(scratch_.data(), bytes, core_.format.bitsPerSample, volume);
+        return scratch_.data();
+    }
+
+    void HandleError(int code) {
+        if (code == -EAGAIN) return;
+        if (code == -EPIPE || code == -ESTRPIPE) {
+            // The card ran dry (or was suspended): all that was handed has been heard.
+            played_ = handed_;
+            Check(core_.pcm->Recover(code));
+            return;
+        }
+        Fail(code);
+    }
+
+    void Check(int code) {
+        if (code < 0) Fail(code);
+    }
+
+    void Fail(int code) {
+        if (failed_) return;
+        failed_ = true;
+        heldInPcm_ = false;
+        core_.error.store(code, std::memory_order_release);
+        clock_.Restart(PlayClock::Clock::now());
+    }
+
+    void Sleep(bool waitForRoom) {
+        std::vector<struct pollfd> fds{{core_.wake.Fd(), POLLIN, 0}};
+        if (waitForRoom && !UsesClock()) {
+            std::vector<struct pollfd> pcmFds = core_.pcm->PollDescriptors();
+            fds.insert(fds.end(), pcmFds.begin(), pcmFds.end());
+        }
+        poll(fds.data(), fds.size(), kTickMilliseconds);
+        if (fds[0].revents & POLLIN) core_.wake.Drain();
+    }
+
+    AlsaDevice::Core& core_;
+    PlayClock clock_;
+    const bool clockPaced_;
+    // How far the clock-paced device hands frames ahead of what counts as played.
+    const int64_t aheadFrames_;
+    std::vector<uint8_t> scratch_;
+    DeviceMode mode_ = DeviceMode::Stopped;
+    uint16_t run_ = 0;
+    int64_t handed_ = 0;
+    int64_t played_ = 0;
+    bool heldInPcm_ = false;
+    bool failed_ = false;
+};
+
+}  // namespace
+
+void AlsaDevice::Core::Run() {
+    Feeder(*this).Run();
+    finished.store(true, std::memory_order_release);
+}
+
+AlsaDevice::AlsaDevice(int deviceNumber, PcmFormat format, uint8_t* ring, uint32_t ringSize)
+    : AlsaDevice(AlsaPcmNameOf(deviceNumber).value_or(std::string()), format, ring, ringSize) {}
+
+AlsaDevice::AlsaDevice(const std::string& pcmName, PcmFormat format, uint8_t* ring,
+                       uint32_t ringSize)
+    : OutputDevice(format, ring, ringSize), pcmName_(pcmName) {
+    Open();
+}
+
+void AlsaDevice::Open() {
+    if (pcmName_.empty()) {
+        openError_ = "no such ALSA device";
+        return;
+    }
+    auto core = std::make_shared<Core>(format_, ring_, ringSize_);
+    if (!core->wake.Valid()) {
+        openError_ = std::string("cannot make an eventfd: ") + std::strerror(errno);
+        return;
+    }
+    core->pcm = AlsaPcm::Open(pcmName_, format_, &openError_);
+    if (!core->pcm) return;
+    try {
+        std::thread([core] { core->Run(); }).detach();
+    } catch (const std::system_error& e) {
+        openError_ = std::string("cannot start the device thread: ") + e.what();
+        return;
+    }
+    core_ = std::move(core);
+}
+
+AlsaDevice::~AlsaDevice() {
+    if (!core_) return;
+    core_->quit.store(true, std::memory_order_release);
+    core_->wake.Raise();
+    const auto deadline = std::chrono::steady_clock::now() + kCloseTimeout;
+    while (!core_->finished.load(std::memory_order_acquire) &&
+           std::chrono::steady_clock::now() < deadline)
+        std::this_thread::sleep_for(std::chrono::milliseconds(1));
+}
+
+bool AlsaDevice::IsOpen() const { return core_ != nullptr; }
+
+int AlsaDevice::Start() {
+    if (!core_) return 0;
+    // A new run: nothing committed yet, and an end mark of the last run no longer holds.
+    core_->committed.store(0, std::memory_order_release);
+    SetEndOfData(-1);
+    const uint16_t run = core_->played.Restart();
+    core_->requests.Post([run](DeviceRequest r) {
+        r.run = run;
+        r.mode = DeviceMode::Playing;
+        return r;
+    }, core_->wake, core_->finished);
+    return 0;
+}
+
+void AlsaDevice::Stop() {
+    if (!core_) return;
+    core_->requests.Post([](DeviceRequest r) {
+        r.mode = DeviceMode::Stopped;
+        return r;
+    }, core_->wake, core_->finished);
+}
+
+void AlsaDevice::Pause() {
+    if (!core_) return;
+    core_->requests.Post([](DeviceRequest r) {
+        if (r.mode == DeviceMode::Playing) r.mode = DeviceMode::Paused;
+        return r;
+    }, core_->wake, core_->finished);
+}
+
+void AlsaDevice::Resume() {
+    if (!core_) return;
+    core_->requests.Post([](DeviceRequest r) {
+        if (r.mode == DeviceMode::Paused) r.mode = DeviceMode::Playing;
+        return r;
+    }, core_->wake, core_->finished);
+}
+
+void AlsaDevice::CommitFrames(int32_t count) {
+    if (!core_) return;
+    // A negative count is the crossfade's byte count (frames x bytes per frame): the
+    // streams take back that many frames, divided once by the frame size.
+    const int64_t frames = count >= 0 ? count : -(int64_t{-int64_t{count}} / BytesPerFrame());
+    core_->committed.fetch_add(frames, std::memory_order_release);
+}
+
+void AlsaDevice::SetVolume(uint32_t volume) {
+    if (core_) core_->volume.store(volume & 0xFFFF, std::memory_order_release);
+}
+
+uint32_t AlsaDevice::GetVolume() {
+    return core_ ? core_->volume.load(std::memory_order_acquire) : 0;
+}
+
+uint32_t AlsaDevice::GetPlayPosition() {
+    if (!core_ || core_->ringFrames == 0) return 0;
+    return static_cast<uint32_t>(core_->played.Value() % core_->ringFrames) * BytesPerFrame();
+}
+
+int64_t AlsaDevice::GetPlayedFrames() {
+    if (!core_ || core_->ringFrames == 0) return 0;
+    return static_cast<int64_t>(core_->played.Value());
+}
+
+bool AlsaDevice::CanSetVolume() const { return IsOpen(); }
+
+void AlsaDevice::SetEndOfData(int64_t framesWritten) {
+    OutputDevice::SetEndOfData(framesWritten);
+    if (core_) core_->endOfData.store(framesWritten, std::memory_order_release);
+}
+
+bool AlsaDevice::Failed() const {
+    return core_ && core_->error.load(std::memory_order_acquire) != 0;
+}
+
+std::string AlsaDevice::ErrorText() const {
+    if (!core_) return openError_;
+    const int code = core_->error.load(std::memory_order_acquire);
+    if (code == 0) return {};
+    return "ALSA device \"" + pcmName_ + "\" stopped playing: " + snd_strerror(code);
+}
+
+}  // namespace verdin

@@ -1,0 +1,455 @@
+#include "PulseDevice.h"
+
+#include "engine/output/CommitQueue.h"
+#include "engine/output/DeviceRequests.h"
+#include "engine/output/GenerationCounter.h"
+#include "engine/output/PlayClock.h"
+#include "engine/output/PulseConnection.h"
+#include "engine/output/PulseVolume.h"
+#include "engine/output/WakeupSignal.h"
+
+#include <pulse/error.h>
+#include <pulse/introspect.h>
+#include <pulse/stream.h>
+#include <pulse/volume.h>
+
+#include <poll.h>
+
+#include <algorithm>
+#include <chrono>
+#include <system_error>
+#include <thread>
+
+namespace verdin {
+
+namespace {
+
+constexpr const char* kStreamName = "Verdin playback";
+// The longest the device thread sleeps between two looks at its requests and the
+// server's clock: it bounds how stale a position can be.
+constexpr int kTickMilliseconds = 5;
+constexpr auto kCloseTimeout = std::chrono::seconds(3);
+// How long a stream thread keeps trying when the commit queue is full (the device
+// thread is held up) before it drops the commit and reports the device as failed.
+constexpr auto kCommitTimeout = std::chrono::milliseconds(500);
+
+struct FormatRow {
+    uint32_t bits;
+    pa_sample_format_t format;
+};
+constexpr FormatRow kFormats[] = {
+    {8, PA_SAMPLE_U8},
+    {16, PA_SAMPLE_S16LE},
+    {24, PA_SAMPLE_S24LE},
+    {32, PA_SAMPLE_S32LE},
+};
+
+}  // namespace
+
+struct PulseDevice::Core {
+    Core(PcmFormat f, uint8_t* r, uint32_t size)
+        : format(f), ring(r), ringSize(size), bytesPerFrame(f.BytesPerFrame()),
+          ringFrames(bytesPerFrame ? size / bytesPerFrame : 0) {}
+    ~Core() {
+        if (stream) {
+            pa_stream_disconnect(stream);
+            pa_stream_unref(stream);
+        }
+    }
+
+    void Run();
+
+    const PcmFormat format;
+    uint8_t* const ring;
+    const uint32_t ringSize;
+    const uint32_t bytesPerFrame;
+    const uint32_t ringFrames;
+    // Used by the opening thread, then by the device thread only.
+    std::unique_ptr<PulseConnection> connection;
+    pa_stream* stream = nullptr;
+
+    WakeupSignal wake;
+    CommitQueue commits;
+    DeviceRequests requests;
+    // Played frames of the current run: reset by Start, published by the device thread.
+    GenerationCounter played;
+    // The volume in hundredths of a decibel: the user-interface thread writes, the
+    // device thread reads and applies it on the server.
+    std::atomic<int32_t> volume{0};
+    // Set by the closing thread, read by the device thread.
+    std::atomic<bool> quit{false};
+    // Set by the device thread as its last act; read by the closing thread and callers.
+    std::atomic<bool> finished{false};
+    // Raised once by whichever thread meets an error, after it has written failure.
+    std::atomic<bool> failed{false};
+    std::atomic<bool> claimedFailure{false};  // who gets to write failure: first CAS wins
+    std::string failure;                      // written once before failed is raised
+
+    void Fail(const std::string& why) {
+        bool expected = false;
+        if (!claimedFailure.compare_exchange_strong(expected, true, std::memory_order_acq_rel))
+            return;
+        failure = why;
+        failed.store(true, std::memory_order_release);
+    }
+};
+
+namespace {
+
+// The device thread's own state and its steps; nothing here is shared.
+class Writer {
+public:
+    explicit Writer(PulseDevice::Core& core) : core_(core), clock_(core.format.sampleRate) {}
+    ~Writer() { CancelPending(); }
+
+    void Run() {
+        uint64_t seen = 0;
+        while (!core_.quit.load(std::memory_order_acquire)) {
+            CheckServer();
+            // The volume first: a volume set before Resume is heard from the first frame.
+            ApplyVolume();
+            const uint64_t word = core_.requests.Current();
+            if (word != seen) {
+                Apply(DeviceRequest::From(word));
+                seen = word;
+                core_.requests.Done(word);
+            }
+            if (!startPending_) DrainCommits();
+            UpdatePlayed();
+            core_.played.Publish(run_, static_cast<uint64_t>(played_));
+            if (!core_.connection->Iterate(kTickMilliseconds)) SleepOnWakeup();
+        }
+    }
+
+private:
+    bool Down() const { return core_.failed.load(std::memory_order_relaxed); }
+
+    void CheckServer() {
+        if (!down_ && !Down()) {
+            const pa_stream_state_t state = pa_stream_get_state(core_.stream);
+            if (!core_.connection->Alive() || state != PA_STREAM_READY)
+                core_.Fail("the PulseAudio server connection was lost: " +
+                           core_.connection->LastError());
+        }
+        if (Down() && !down_) {
+            // From now on nothing goes to the server and frames count as played by the
+            // clock.
+            down_ = true;
+            startPending_ = false;
+            CancelPending();
+            clock_.Restart(PlayClock::Clock::now());
+        }
+    }
+
+    void Apply(const DeviceRequest& r) {
+        if (r.run != run_) {
+            run_ = r.run;
+            played_ = 0;
+            committedFrames_ = 0;
+            cursor_ = 0;
+            pendingSeek_ = 0;
+            mode_ = r.mode;
+            clock_.Restart(PlayClock::Clock::now());
+            if (down_) return;
+            // Start: drop what the server holds, then learn the stream time at which
+            // this run begins; commits wait until then.
+            Cork(true);
+            startPending_ = true;
+            CancelPending();
+            pending_ = pa_stream_flush(core_.stream, &Writer::OnFlushed, this);
+            if (!pending_) core_.Fail("cannot restart the PulseAudio stream");
+            return;
+        }
+        if (r.mode == mode_) return;
+        if (r.mode == DeviceMode::Stopped && !down_) {
+            Cork(true);
+            Release(pa_stream_flush(core_.stream, nullptr, nullptr));
+        } else if (!startPending_ && !down_) {
+            Cork(r.mode != DeviceMode::Playing);
+        }
+        mode_ = r.mode;
+        if (mode_ == DeviceMode::Playing) clock_.Restart(PlayClock::Clock::now());
+    }
+
+    static void OnFlushed(pa_stream* stream, int, void* self) {
+        auto* w = static_cast<Writer*>(self);
+        w->Release(w->pending_);
+        w->pending_ = pa_stream_update_timing_info(stream, &Writer::OnTiming, w);
+        if (!w->pending_) w->core_.Fail("cannot read the PulseAudio stream's clock");
+    }
+
+    static void OnTiming(pa_stream* stream, int, void* self) {
+        auto* w = static_cast<Writer*>(self);
+        w->Release(w->pending_);
+        w->pending_ = nullptr;
+        pa_usec_t now = 0;
+        w->baseUsec_ = pa_stream_get_time(stream, &now) == 0 ? now : 0;
+        w->startPending_ = false;
+        // The pre-filled commits go out before playback begins.
+        w->DrainCommits();
+        if (w->mode_ == DeviceMode::Playing) w->Cork(false);
+    }
+
+    void Cork(bool cork) {
+        if (!down_) Release(pa_stream_cork(core_.stream, cork ? 1 : 0, nullptr, nullptr));
+    }
+
+    static void Release(pa_operation* op) {
+        if (op) pa_operation_unref(op);
+    }
+
+    void CancelPending() {
+        if (!pending_) return;
+        pa_operation_cancel(pending_);
+        pa_operation_unref(pending_);
+        pending_ = nullptr;
+    }
+
+    void DrainCommits() {
+        int32_t count = 0;
+        while (core_.commits.Pop(&count)) {
+            if (count > 0) committedFrames_ += count;
+            if (down_ || core_.ringSize == 0) continue;
+            if (count > 0)
+                WriteFromRing(uint64_t{static_cast<uint32_t>(count)} * core_.bytesPerFrame);
+            else if (count < 0)
+                MoveBack(count);
+        }
+    }
+
+    // Sends bytes of the ring from the cursor on, wrapping at the ring's end.
+    void WriteFromRing(uint64_t bytes) {
+        while (bytes > 0 && !Down()) {
+            const uint32_t piece =
+                static_cast<uint32_t>(std::min<uint64_t>(bytes, core_.ringSize - cursor_));
+            if (pa_stream_write(core_.stream, core_.ring + cursor_, piece, nullptr, pendingSeek_,
+                                PA_SEEK_RELATIVE) < 0) {
+                core_.Fail("cannot write to the PulseAudio stream: " +
+                           core_.connection->LastError());
+                return;
+            }
+            pendingSeek_ = 0;
+            cursor_ = static_cast<uint32_t>((uint64_t{cursor_} + piece) % core_.ringSize);
+            bytes -= piece;
+        }
+    }
+
+    // A negative commit: n = channels x (bits / 8) x count bytes (count is already a
+    // byte count when the crossfade calls, so the move is scaled twice, as intended).
+    // The cursor moves on the unsigned 32-bit sum; the next write seeks back by n.
+    void MoveBack(int32_t count) {
+        const int32_t n = static_cast<int32_t>(core_.format.channels *
+                                               (core_.format.bitsPerSample / 8)) * count;
+        cursor_ = (cursor_ + static_cast<uint32_t>(n)) % core_.ringSize;
+        pendingSeek_ += n;
+    }
+
+    void ApplyVolume() {
+        const int32_t volume = core_.volume.load(std::memory_order_acquire);
+        if (volume == appliedVolume_ || down_) return;
+        appliedVolume_ = volume;
+        pa_cvolume levels;
+        pa_cvolume_set(&levels, core_.format.channels, PulseVolumeOfHundredths(volume));
+        Release(pa_context_set_sink_input_volume(core_.connection->Context(),
+                                                 pa_stream_get_index(core_.stream), &levels,
+                                                 nullptr, nullptr));
+    }
+
+    void UpdatePlayed() {
+        if (down_) {
+            if (mode_ == DeviceMode::Playing)
+                played_ = clock_.Advance(played_, committedFrames_, PlayClock::Clock::now());
+            return;
+        }
+        if (startPending_) return;
+        pa_usec_t now = 0;
+        if (pa_stream_get_time(core_.stream, &now) != 0 || now <= baseUsec_) return;
+        const int64_t frames =
+            static_cast<int64_t>((now - baseUsec_) * core_.format.sampleRate / 1'000'000);
+        played_ = std::max(played_, frames);
+    }
+
+    // When the main loop cannot run (the server went away), wait for a request instead.
+    void SleepOnWakeup() {
+        struct pollfd fd{core_.wake.Fd(), POLLIN, 0};
+        poll(&fd, 1, kTickMilliseconds);
+        if (fd.revents & POLLIN) core_.wake.Drain();
+    }
+
+    PulseDevice::Core& core_;
+    PlayClock clock_;
+    DeviceMode mode_ = DeviceMode::Stopped;
+    uint16_t run_ = 0;
+    bool down_ = false;          // the server is gone; the clock counts
+    bool startPending_ = false;  // a Start waits for the flush and the stream time
+    pa_operation* pending_ = nullptr;
+    pa_usec_t baseUsec_ = 0;     // stream time at the last Start
+    int64_t played_ = 0;
+    int64_t committedFrames_ = 0;  // positive commits since Start, for the clock
+    uint32_t cursor_ = 0;          // the device's write cursor in the ring, bytes
+    int64_t pendingSeek_ = 0;      // relative seek of the next write, bytes
+    int32_t appliedVolume_ = 0;    // the stream starts at full volume
+};
+
+}  // namespace
+
+void PulseDevice::Core::Run() {
+    Writer(*this).Run();
+    finished.store(true, std::memory_order_release);
+}
+
+PulseDevice::PulseDevice(PcmFormat format, uint8_t* ring, uint32_t ringSize, int deviceIndex,
+                         int cooperativeLevel)
+    : OutputDevice(format, ring, ringSize), cooperativeLevel_(cooperativeLevel) {
+    pa_sample_spec spec{PA_SAMPLE_INVALID, format.sampleRate,
+                        static_cast<uint8_t>(format.channels)};
+    for (const FormatRow& row : kFormats)
+        if (row.bits == format.bitsPerSample) spec.format = row.format;
+    if (!pa_sample_spec_valid(&spec)) {
+        openError_ = "unsupported sample format for PulseAudio";
+        return;
+    }
+    const PulseDeadline deadline = std::chrono::steady_clock::now() + kPulseConnectTimeout;
+    auto core = std::make_shared<Core>(format, ring, ringSize);
+    core->connection = PulseConnection::Connect(deadline, &openError_);
+    if (!core->connection) return;
+
+    const std::vector<OutputDeviceEntry> sinks = core->connection->Sinks(deadline);
+    if (!sinks.empty()) {
+        const bool inRange = deviceIndex >= 0 && static_cast<size_t>(deviceIndex) < sinks.size();
+        sinkName_ = sinks[inRange ? static_cast<size_t>(deviceIndex) : 0].name;
+    }
+
+    core->stream = pa_stream_new(core->connection->Context(), kStreamName, &spec, nullptr);
+    if (!core->stream) {
+        openError_ = "cannot make a PulseAudio stream: " + core->connection->LastError();
+        return;
+    }
+    // The server's buffer is the ring's size; playback starts and stops only when the
+    // device says so (prebuf 0), as the original's looping buffer did.
+    const uint32_t size = ringSize ? ringSize : static_cast<uint32_t>(-1);
+    pa_buffer_attr attr{size, size, 0, static_cast<uint32_t>(-1), static_cast<uint32_t>(-1)};
+    const auto flags = static_cast<pa_stream_flags_t>(
+        PA_STREAM_START_CORKED | PA_STREAM_INTERPOLATE_TIMING | PA_STREAM_AUTO_TIMING_UPDATE);
+    if (pa_stream_connect_playback(core->stream, sinkName_.empty() ? nullptr : sinkName_.c_str(),
+                                   &attr, flags, nullptr, nullptr) < 0) {
+        openError_ = "cannot connect a PulseAudio stream: " + core->connection->LastError();
+        return;
+    }
+    pa_stream* stream = core->stream;
+    const bool ready = core->connection->RunUntil(
+        [stream] { return pa_stream_get_state(stream) != PA_STREAM_CREATING; }, deadline);
+    if (!ready || pa_stream_get_state(stream) != PA_STREAM_READY) {
+        openError_ = "the PulseAudio stream did not start: " + core->connection->LastError();
+        return;
+    }
+    if (!core->wake.Valid()) {
+        openError_ = "cannot make an eventfd";
+        return;
+    }
+    core->connection->SetWakeup(&core->wake);
+    try {
+        std::thread([core] { core->Run(); }).detach();
+    } catch (const std::system_error& e) {
+        openError_ = std::string("cannot start the device thread: ") + e.what();
+        return;
+    }
+    core_ = std::move(core);
+}
+
+PulseDevice::~PulseDevice() {
+    if (!core_) return;
+    core_->quit.store(true, std::memory_order_release);
+    core_->wake.Raise();
+    const auto deadline = std::chrono::steady_clock::now() + kCloseTimeout;
+    while (!core_->finished.load(std::memory_order_acquire) &&
+           std::chrono::steady_clock::now() < deadline)
+        std::this_thread::sleep_for(std::chrono::milliseconds(1));
+}
+
+bool PulseDevice::IsOpen() const { return core_ != nullptr; }
+
+int PulseDevice::Start() {
+    if (!core_) return 0;
+    const uint16_t run = core_->played.Restart();
+    core_->requests.Post([run](DeviceRequest r) {
+        r.run = run;
+        r.mode = DeviceMode::Playing;
+        return r;
+    }, core_->wake, core_->finished);
+    return 0;
+}
+
+void PulseDevice::Stop() {
+    if (!core_) return;
+    core_->requests.Post([](DeviceRequest r) {
+        r.mode = DeviceMode::Stopped;
+        return r;
+    }, core_->wake, core_->finished);
+}
+
+void PulseDevice::Pause() {
+    if (!core_) return;
+    core_->requests.Post([](DeviceRequest r) {
+        if (r.mode == DeviceMode::Playing) r.mode = DeviceMode::Paused;
+        return r;
+    }, core_->wake, core_->finished);
+}
+
+void PulseDevice::Resume() {
+    if (!core_) return;
+    core_->requests.Post([](DeviceRequest r) {
+        if (r.mode == DeviceMode::Paused) r.mode = DeviceMode::Playing;
+        return r;
+    }, core_->wake, core_->finished);
+}
+
+void PulseDevice::CommitFrames(int32_t count) {
+    if (!core_ || count == 0) return;
+    const auto deadline = std::chrono::steady_clock::now() + kCommitTimeout;
+    while (!core_->commits.Push(count)) {
+        core_->wake.Raise();
+        if (core_->finished.load(std::memory_order_acquire) ||
+            std::chrono::steady_clock::now() >= deadline) {
+            core_->Fail("the PulseAudio device thread does not keep up; a block was lost");
+            return;
+        }
+        std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    }
+    core_->wake.Raise();
+}
+
+void PulseDevice::SetVolume(uint32_t volume) {
+    if (!core_) return;
+    core_->volume.store(VolumeToHundredthsOfDecibel(volume), std::memory_order_release);
+    core_->wake.Raise();
+}
+
+uint32_t PulseDevice::GetVolume() {
+    if (!core_) return 0;
+    return static_cast<uint16_t>(core_->volume.load(std::memory_order_acquire));
+}
+
+uint32_t PulseDevice::GetPlayPosition() {
+    if (!core_ || core_->ringFrames == 0) return 0;
+    return static_cast<uint32_t>(core_->played.Value() % core_->ringFrames) * BytesPerFrame();
+}
+
+int64_t PulseDevice::GetPlayedFrames() {
+    if (!core_ || core_->ringFrames == 0) return 0;
+    return static_cast<int64_t>(core_->played.Value());
+}
+
+bool PulseDevice::CanSetVolume() const { return IsOpen(); }
+
+bool PulseDevice::Failed() const {
+    return core_ && core_->failed.load(std::memory_order_acquire);
+}
+
+std::string PulseDevice::ErrorText() const {
+    if (!core_) return openError_;
+    if (!core_->failed.load(std::memory_order_acquire)) return {};
+    return "PulseAudio playback stopped: " + core_->failure + ".";
+}
+
+}  // namespace verdin

@@ -1,0 +1,26 @@
+#include "WakeupSignal.h"
+
+#include <cstdint>
+#include <sys/eventfd.h>
+#include <unistd.h>
+
+namespace verdin {
+
+WakeupSignal::WakeupSignal() : fd_(eventfd(0, EFD_NONBLOCK | EFD_CLOEXEC)) {}
+
+WakeupSignal::~WakeupSignal() {
+    if (fd_ >= 0) close(fd_);
+}
+
+void WakeupSignal::Raise() const {
+    const uint64_t one = 1;
+    // A full counter (EAGAIN) still wakes the poller; nothing else can fail here.
+    [[maybe_unused]] ssize_t n = write(fd_, &one, sizeof one);
+}
+
+void WakeupSignal::Drain() const {
+    uint64_t count;
+    [[maybe_unused]] ssize_t n = read(fd_, &count, sizeof count);
+}
+
+}  // namespace verdin
