@@ -1,0 +1,22 @@
+#pragma once
+// The bytes mpg123 reads: a file from its data offset on.
+//
+// Tag data in front of the audio (an ID3v2 tag whose size the player's tag reader
+// measured) is hidden from the decoder by shifting every position by the offset: mpg123
+// sees a file that starts with the audio and is that much shorter.
+#include <sys/types.h>
+#include <cstddef>
+#include <cstdint>
+
+namespace verdin::mpeg {
+
+struct MpegFileSource {
+    int fd = -1;
+    int64_t dataOffset = 0;
+};
+
+// Reader callbacks for mpg123_replace_reader_handle; the handle is a MpegFileSource*.
+ssize_t ReadMpegFileSource(void* source, void* buffer, size_t bytes);
+off_t SeekMpegFileSource(void* source, off_t offset, int whence);
+
+}  // namespace verdin::mpeg

@@ -1,0 +1,62 @@
+#pragma once
+// A sound file opened with libsndfile, from its data offset on, with what the module
+// makes of it.
+//
+// 8-bit unsigned PCM (the WAV convention, which is also the player's 8-bit format) is
+// delivered exactly as stored; everything else is decoded to 16-bit signed samples.
+// Floating-point samples are read as floats and converted here: libsndfile hands them to
+// a 16-bit reader unscaled (0.5 becomes 0) unless it first scans the whole file for its
+// peak.
+// Files with more than two channels are refused: the player plays mono and stereo.
+// libsndfile keeps a pointer to the source while the file is open, so the object
+// neither copies nor moves.
+#include "SndfileSource.h"
+
+#include "engine/input/module_kit/RegularFile.h"
+
+#include <cstdint>
+#include <optional>
+
+#include <sndfile.h>
+
+namespace verdin::sndfile {
+
+// How a file's samples reach the player.
+enum class SampleDelivery {
+    kStoredBytes,        // unsigned 8-bit PCM, as stored
+    kSixteenBit,         // libsndfile's 16-bit reading
+    kFloatToSixteenBit,  // libsndfile's float reading, converted (FloatSamples.h)
+};
+
+class SndfileFile {
+public:
+    SndfileFile() = default;
+    ~SndfileFile();
+    SndfileFile(const SndfileFile&) = delete;
+    SndfileFile& operator=(const SndfileFile&) = delete;
+
+    // False when the file cannot be read, is not a format libsndfile knows, or has a
+    // channel count or rate the player cannot take.
+    bool Open(const char* path, uint32_t dataOffset);
+
+    SNDFILE* handle() const { return handle_; }
+    const SF_INFO& info() const { return info_; }
+    uint64_t fileSize() const { return file_ ? file_->size() : 0; }
+    uint32_t dataOffset() const { return static_cast<uint32_t>(source_.dataOffset); }
+
+    SampleDelivery delivery() const;
+    int bitsPerSample() const { return delivery() == SampleDelivery::kStoredBytes ? 8 : 16; }
+    int bytesPerFrame() const { return bitsPerSample() / 8 * info_.channels; }
+    // The track's length in frames; 0 when the file does not tell.
+    int64_t frames() const;
+
+private:
+    void Close();
+
+    std::optional<RegularFile> file_;
+    SndfileSource source_;
+    SF_INFO info_{};
+    SNDFILE* handle_ = nullptr;
+};
+
+}  // namespace verdin::sndfile

@@ -1,0 +1,113 @@
+// Decoding through MPEG_Verdin.so: the PCM, seeking, data offsets.
+#include "AudioFiles.h"
+#include "DecoderUnderTest.h"
+#include "MpegFixtures.h"
+
+#include <atomic>
+#include <thread>
+
+namespace verdin::test {
+namespace {
+
+TEST_F(MpegModuleTest, DecodesExactlyWhatMpg123Writes) {
+    for (const Mp3Fixture& f : All()) {
+        SCOPED_TRACE(f.label);
+        DecoderUnderTest decoder(plugin_.module(), f.path);
+        ASSERT_TRUE(decoder.valid());
+        const std::vector<uint8_t> pcm = decoder.DecodeToEnd(f.frameBytes());
+        EXPECT_EQ(pcm.size(), f.reference.size());
+        EXPECT_TRUE(pcm == f.reference) << "the PCM differs from mpg123's";
+    }
+}
+
+TEST_F(MpegModuleTest, GaplessTrimmingGivesBackTheEncodedSamples) {
+    // Where lame recorded its delay and padding, exactly the source's frames come out.
+    for (const Mp3Fixture& f : All()) {
+        if (!f.carriesLength) continue;
+        SCOPED_TRACE(f.label);
+        DecoderUnderTest decoder(plugin_.module(), f.path);
+        EXPECT_EQ(decoder.DecodeToEnd(f.frameBytes()).size(), static_cast<size_t>(f.sourceFrames) * f.frameBytes());
+    }
+}
+
+TEST_F(MpegModuleTest, DataOffsetSkipsATagInFrontOfTheAudio) {
+    const Mp3Fixture& f = Vbr();
+    const std::vector<uint8_t> tag = Id3v2Tag(4096);
+    const std::string tagged = Dir().file("tagged.mp3");
+    PrependBytes(f.path, tagged, tag);
+
+    DecoderUnderTest decoder(plugin_.module(), tagged, static_cast<uint32_t>(tag.size()));
+    ASSERT_TRUE(decoder.valid());
+    EXPECT_TRUE(decoder.DecodeToEnd(f.frameBytes()) == f.reference);
+
+    const auto plain = plugin_.Info(f.path);
+    const auto withTag = plugin_.Info(tagged, static_cast<uint32_t>(tag.size()));
+    ASSERT_TRUE(plain && withTag);
+    EXPECT_EQ(withTag->duration, plain->duration);
+    EXPECT_EQ(withTag->bitrate, plain->bitrate);
+    EXPECT_EQ(withTag->sampleRate, plain->sampleRate);
+    EXPECT_EQ(withTag->channels, plain->channels);
+    EXPECT_EQ(withTag->fileSize, plain->fileSize + tag.size());
+}
+
+TEST_F(MpegModuleTest, SeekLandsOnTheSampleItReports) {
+    // After Seek(ms) the decoder continues with the samples a decode from the start has at
+    // that position. They are identical for the stereo files; for MPEG-2 (the mono file)
+    // libmpg123's synthesis filter may round a few samples one step apart after a seek.
+    // A position one sample off would differ by hundreds of steps.
+    const uint32_t positions[] = {0, 1, 499, 1234, 2000, 2499};
+    for (const Mp3Fixture* f : {&Cbr(), &Vbr(), &Mono()}) {
+        for (uint32_t ms : positions) {
+            SCOPED_TRACE(f->label + " at " + std::to_string(ms) + " ms");
+            DecoderUnderTest decoder(plugin_.module(), f->path);
+            ASSERT_TRUE(decoder.valid());
+            EXPECT_EQ(decoder.Seek(ms), ms);
+            const size_t frame = (static_cast<size_t>(ms) * f->sampleRate + 500) / 1000;
+            const std::vector<uint8_t> expected(f->reference.begin() + static_cast<long>(frame * f->frameBytes()),
+                                                f->reference.end());
+            const int difference = MaxSampleDifference(decoder.DecodeToEnd(f->frameBytes()), expected);
+            EXPECT_GE(difference, 0) << "a different length";
+            EXPECT_LE(difference, f == &Mono() ? 1 : 0);
+        }
+    }
+}
+
+TEST_F(MpegModuleTest, SeekBackAfterDecodingAndPastTheEnd) {
+    const Mp3Fixture& f = Cbr();
+    DecoderUnderTest decoder(plugin_.module(), f.path);
+    ASSERT_TRUE(decoder.valid());
+    decoder.DecodeToEnd(f.frameBytes());
+
+    EXPECT_EQ(decoder.Seek(1000), 1000u);
+    const std::vector<uint8_t> tail(f.reference.begin() + 44100 * f.frameBytes(), f.reference.end());
+    EXPECT_TRUE(decoder.DecodeToEnd(f.frameBytes()) == tail);
+
+    const uint32_t durationMs = static_cast<uint32_t>(f.sourceFrames * 1000LL / f.sampleRate);
+    const uint32_t reached = decoder.Seek(60000);
+    EXPECT_GE(reached, durationMs);
+    EXPECT_LE(reached, durationMs + 1);
+    EXPECT_TRUE(decoder.DecodeToEnd(f.frameBytes()).empty());
+}
+
+TEST_F(MpegModuleTest, EqualizerCallsFromAnotherThreadLeaveTheDecodeAlone) {
+    const Mp3Fixture& f = Cbr();
+    DecoderUnderTest decoder(plugin_.module(), f.path);
+    ASSERT_TRUE(decoder.valid());
+    // The user-interface thread may switch and set the equalizer while Decode runs.
+    std::atomic<bool> decoding{true};  // written by this thread at the end, read by the caller thread
+    std::thread caller([&] {
+        EqualizerValues values{};
+        for (int32_t i = 0; decoding.load(std::memory_order_acquire); ++i) {
+            decoder.get()->ops->SetEqualizerEnabled(decoder.get(), i & 1);
+            values.gain[i & 15] = i % 24 - 12;
+            decoder.get()->ops->SetEqualizerValues(decoder.get(), &values);
+        }
+    });
+    const std::vector<uint8_t> pcm = decoder.DecodeToEnd(f.frameBytes());
+    decoding.store(false, std::memory_order_release);
+    caller.join();
+    EXPECT_TRUE(pcm == f.reference);
+}
+
+}  // namespace
+}  // namespace verdin::test
