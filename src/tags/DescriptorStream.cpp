@@ -7,14 +7,6 @@
 #include <unistd.h>
 
 namespace verdin {
-namespace {
-
-// An ID3v2 tag of a few text frames, lame's padding included, fits the head block; the
-// tail block covers an ID3v1 trailer (128 bytes) with an APE footer (32) before it.
-constexpr std::size_t kHeadBlock = 4096;
-constexpr std::size_t kTailBlock = 512;
-
-}  // namespace
 
 DescriptorStream::DescriptorStream(int fd, std::int64_t size) : fd_(fd), size_(size < 0 ? 0 : size) {}
 
@@ -38,22 +30,22 @@ std::size_t DescriptorStream::ReadFully(char* into, std::int64_t offset, std::si
     return done;
 }
 
-void DescriptorStream::Load(Block& block, std::int64_t offset, std::size_t size) {
-    block.loaded = true;
-    block.offset = offset;
-    block.bytes.resize(size);
-    block.bytes.resize(ReadFully(block.bytes.data(), offset, size));
-}
-
-bool DescriptorStream::ServeFrom(Block& block, std::int64_t blockOffset, std::size_t blockSize,
-                                 std::int64_t offset, std::size_t length, TagLib::ByteVector& out) {
-    const std::int64_t blockEnd = blockOffset + static_cast<std::int64_t>(blockSize);
-    if (offset < blockOffset || offset + static_cast<std::int64_t>(length) > blockEnd) return false;
-    if (!block.loaded) Load(block, blockOffset, blockSize);
+// Copies [offset, offset+length) from the block, reading the block first, if that range
+// lies inside the block's place in the file (which starts at blockOffset).
+template <std::size_t N>
+bool DescriptorStream::ServeFrom(Block<N>& block, std::int64_t blockOffset, std::int64_t offset, std::size_t length,
+                                 TagLib::ByteVector& out) {
+    const std::int64_t blockSize = std::min<std::int64_t>(static_cast<std::int64_t>(N), size_ - blockOffset);
+    if (offset < blockOffset || offset + static_cast<std::int64_t>(length) > blockOffset + blockSize) return false;
+    if (!block.loaded) {
+        block.loaded = true;
+        block.offset = blockOffset;
+        block.size = ReadFully(block.bytes, blockOffset, static_cast<std::size_t>(blockSize));
+    }
     const std::int64_t from = offset - block.offset;
-    const std::int64_t available = static_cast<std::int64_t>(block.bytes.size()) - from;
+    const std::int64_t available = static_cast<std::int64_t>(block.size) - from;
     const std::size_t n = available <= 0 ? 0 : std::min(length, static_cast<std::size_t>(available));
-    out = TagLib::ByteVector(block.bytes.data() + from, static_cast<unsigned int>(n));
+    out = TagLib::ByteVector(block.bytes + from, static_cast<unsigned int>(n));
     return true;
 }
 
@@ -63,10 +55,9 @@ TagLib::ByteVector DescriptorStream::ReadAt(std::int64_t offset, std::size_t len
     length = static_cast<std::size_t>(std::min<std::int64_t>(static_cast<std::int64_t>(length), size_ - offset));
     length = std::min<std::size_t>(length, std::numeric_limits<unsigned int>::max());  // ByteVector's limit
 
-    const std::size_t headSize = static_cast<std::size_t>(std::min<std::int64_t>(size_, kHeadBlock));
-    if (ServeFrom(head_, 0, headSize, offset, length, out)) return out;
+    if (ServeFrom(head_, 0, offset, length, out)) return out;
     const std::int64_t tailOffset = std::max<std::int64_t>(0, size_ - static_cast<std::int64_t>(kTailBlock));
-    if (ServeFrom(tail_, tailOffset, static_cast<std::size_t>(size_ - tailOffset), offset, length, out)) return out;
+    if (ServeFrom(tail_, tailOffset, offset, length, out)) return out;
 
     out.resize(static_cast<unsigned int>(length));
     out.resize(static_cast<unsigned int>(ReadFully(out.data(), offset, length)));

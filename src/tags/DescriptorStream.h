@@ -7,7 +7,6 @@
 #include <taglib/tiostream.h>
 
 #include <cstdint>
-#include <vector>
 
 namespace verdin {
 
@@ -34,22 +33,27 @@ public:
     int readCalls() const { return readCalls_; }
 
 private:
+    // Blocks live inside the stream (on the caller's stack), not on the heap.
+    static constexpr std::size_t kHeadBlock = 4096;
+    static constexpr std::size_t kTailBlock = 512;
+    template <std::size_t N>
     struct Block {
         std::int64_t offset = 0;
-        std::vector<char> bytes;
+        std::size_t size = 0;  // bytes actually read
         bool loaded = false;
+        char bytes[N];
     };
     // Copies [offset, offset+length) from the block if it lies inside it.
-    bool ServeFrom(Block& block, std::int64_t blockOffset, std::size_t blockSize, std::int64_t offset,
-                   std::size_t length, TagLib::ByteVector& out);
-    void Load(Block& block, std::int64_t offset, std::size_t size);
+    template <std::size_t N>
+    bool ServeFrom(Block<N>& block, std::int64_t blockOffset, std::int64_t offset, std::size_t length,
+                   TagLib::ByteVector& out);
     std::size_t ReadFully(char* into, std::int64_t offset, std::size_t length);
 
     int fd_;
     std::int64_t size_;
     std::int64_t position_ = 0;
-    Block head_;
-    Block tail_;
+    Block<kHeadBlock> head_;
+    Block<kTailBlock> tail_;
     int readCalls_ = 0;
 };
 
