@@ -28,6 +28,19 @@ def riff_chunk(cid, data):
 def aiff_chunk(cid, data):
     return cid + struct.pack('>I', len(data)) + data + (b'\0' if len(data) % 2 else b'')
 
+def ogg_crc(data):
+    crc = 0
+    for byte in data:
+        crc ^= byte << 24
+        for _ in range(8):
+            crc = ((crc << 1) ^ 0x04C11DB7 if crc & 0x80000000 else crc << 1) & 0xFFFFFFFF
+    return crc
+
+def ogg_page(sequence, flags, packet):
+    lacing = bytes([255] * (len(packet) // 255) + [len(packet) % 255])
+    page = b'OggS\0' + bytes([flags]) + b'\0' * 8 + struct.pack('<III', 9, sequence, 0) + bytes([len(lacing)]) + lacing + packet
+    return page[:22] + struct.pack('<I', ogg_crc(page)) + page[26:]
+
 def run(args):
     subprocess.run(args, check=True, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
 
@@ -58,6 +71,11 @@ with tempfile.TemporaryDirectory() as tmp:
     ogg = os.path.join(tmp, 'a.ogg')
     run(['sox', wav, '--comment', 'TITLE=Seed Ogg', ogg])
     write('ogg', 3, open(ogg, 'rb').read())
+    fields = [b'TITLE=Seed Opus', b'GENRE=CR']
+    opus_tags = b'OpusTags' + struct.pack('<I', 4) + b'seed' + struct.pack('<I', len(fields)) + \
+        b''.join(struct.pack('<I', len(f)) + f for f in fields)
+    opus_head = b'OpusHead' + struct.pack('<BBHIhB', 1, 2, 312, 48000, 0, 0)
+    write('opus', 3, ogg_page(0, 2, opus_head) + ogg_page(1, 0, opus_tags) + ogg_page(2, 4, b'\x08'))
     pcm = open(wav, 'rb').read()[44:144]
     fmt = struct.pack('<HHIIHH', 1, 1, 8000, 16000, 2, 16)
     info = b'INFO' + riff_chunk(b'INAM', b'Info Title\0') + riff_chunk(b'IART', b'Info Artist\0')

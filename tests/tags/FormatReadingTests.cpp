@@ -92,6 +92,37 @@ TEST(FormatReading, OggVorbisComment) {
     EXPECT_EQ(FrameStringValue(tag, FrameId::Composer), "Somebody");
 }
 
+// No Opus encoder is at hand, so the two header packets are put together by hand.
+TEST(FormatReading, OpusTags) {
+    auto le32 = [](std::uint32_t v) {
+        std::string s(4, '\0');
+        for (int i = 0; i < 4; ++i) s[static_cast<std::size_t>(i)] = static_cast<char>(v >> (8 * i));
+        return s;
+    };
+    const std::string head = std::string("OpusHead\1\2\x38\1", 12) + le32(48000) + std::string("\0\0\0", 3);
+    std::string tags = "OpusTags" + le32(4) + "test" + le32(3);
+    for (std::string field : {"TITLE=Opus Title", "ARTIST=Opus Artist", "GENRE=RX"}) tags += le32(static_cast<std::uint32_t>(field.size())) + field;
+
+    test::TempDir dir;
+    const std::string path = dir.file("tagged.opus");
+    const auto pages = test::Concat(test::Concat(test::OggPage(7, 0, 2, head), test::OggPage(7, 1, 0, tags)),
+                                    test::OggPage(7, 2, 4, std::string(1, '\x08')));  // an audio packet ends it
+    test::WriteBytes(path, pages);
+    TrackTag tag;
+    const TagReadResult r = ReadTrackTag(path, {}, tag);
+    EXPECT_EQ(r.error, "");
+    EXPECT_EQ(tag.sources(), kSourceXiph);
+    EXPECT_EQ(FrameStringValue(tag, FrameId::Title), "Opus Title");
+    EXPECT_EQ(FrameStringValue(tag, FrameId::LeadArtist), "Opus Artist");
+    EXPECT_EQ(FrameStringValue(tag, FrameId::ContentType), "Remix ");
+
+    // The same pages under an .ogg name are recognised by their first packet.
+    const std::string renamed = dir.file("opus-inside.ogg");
+    test::WriteBytes(renamed, test::ReadBytes(path));
+    EXPECT_EQ(ReadTrackTag(renamed, {}, tag).error, "");
+    EXPECT_EQ(FrameStringValue(tag, FrameId::Title), "Opus Title");
+}
+
 TEST(FormatReading, WavId3ChunkFirstThenInfoList) {
     test::TempDir dir;
     const std::string path = dir.file("tagged.wav");

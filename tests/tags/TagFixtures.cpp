@@ -91,6 +91,31 @@ std::vector<std::uint8_t> RawId3v1(std::string_view title, std::string_view arti
     return out;
 }
 
+std::vector<std::uint8_t> OggPage(std::uint32_t serial, std::uint32_t sequence, std::uint8_t flags,
+                                  std::string_view packet) {
+    std::vector<std::uint8_t> page{'O', 'g', 'g', 'S', 0, flags};
+    auto putLittle = [&page](std::uint64_t value, int bytes) {
+        for (int i = 0; i < bytes; ++i) page.push_back(static_cast<std::uint8_t>(value >> (8 * i)));
+    };
+    putLittle(0, 8);  // granule position
+    putLittle(serial, 4);
+    putLittle(sequence, 4);
+    putLittle(0, 4);  // checksum, filled in below
+    std::vector<std::uint8_t> lacing(packet.size() / 255, 255);
+    lacing.push_back(static_cast<std::uint8_t>(packet.size() % 255));
+    page.push_back(static_cast<std::uint8_t>(lacing.size()));
+    page.insert(page.end(), lacing.begin(), lacing.end());
+    page.insert(page.end(), packet.begin(), packet.end());
+
+    std::uint32_t crc = 0;  // polynomial 0x04C11DB7, unreflected, over the whole page
+    for (std::uint8_t byte : page) {
+        crc ^= static_cast<std::uint32_t>(byte) << 24;
+        for (int bit = 0; bit < 8; ++bit) crc = (crc & 0x80000000u) ? (crc << 1) ^ 0x04C11DB7u : crc << 1;
+    }
+    for (int i = 0; i < 4; ++i) page[22 + i] = static_cast<std::uint8_t>(crc >> (8 * i));
+    return page;
+}
+
 std::vector<std::uint8_t> Concat(std::vector<std::uint8_t> a, const std::vector<std::uint8_t>& b) {
     a.insert(a.end(), b.begin(), b.end());
     return a;

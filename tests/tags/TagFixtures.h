@@ -37,6 +37,10 @@ std::vector<std::uint8_t> RawId3v2(int major, const std::vector<RawFrame>& frame
 std::vector<std::uint8_t> RawId3v1(std::string_view title, std::string_view artist, std::string_view album,
                                    std::string_view year, std::string_view comment, int track, int genre);
 
+// One Ogg page holding one whole packet (flags: 2 first page, 4 last page).
+std::vector<std::uint8_t> OggPage(std::uint32_t serial, std::uint32_t sequence, std::uint8_t flags,
+                                  std::string_view packet);
+
 std::vector<std::uint8_t> Concat(std::vector<std::uint8_t> a, const std::vector<std::uint8_t>& b);
 
 }  // namespace verdin::test
