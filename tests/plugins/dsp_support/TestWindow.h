@@ -1,0 +1,54 @@
+#pragma once
+// The host window record a test hands to the DSP host as the parent window. The test
+// plug-ins report every call to it (see TestDspProtocol.h); it keeps the reports in the
+// order they arrive, from whichever thread sends them.
+//
+// The gate: while armed, a "gate" report holds the plug-in's ModifySamples (and with it
+// the stream thread inside the host) until the test opens the gate again. One thread
+// at a time is held; others pass. The test
+// learns that a thread is being held from the window itself, not from a sleep.
+#include <verdin/window.h>
+
+#include <condition_variable>
+#include <cstddef>
+#include <mutex>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace verdin::test {
+
+class TestWindow {
+public:
+    TestWindow();
+    TestWindow(const TestWindow&) = delete;
+    TestWindow& operator=(const TestWindow&) = delete;
+
+    VerdinHostWindow* record() { return &record_; }
+
+    // Every report so far, "<library>/<module> <event>".
+    std::vector<std::string> Events() const;
+    // The reports that contain text.
+    std::vector<std::string> EventsContaining(std::string_view text) const;
+    size_t CountOf(std::string_view event) const;
+    void ClearEvents();
+
+    void ArmGate();
+    // Waits until a thread is held at the gate (at most 10 s); false on time-out.
+    bool WaitUntilHeld();
+    // Lets the held thread (and any later one) go on; the gate is disarmed.
+    void OpenGate();
+
+private:
+    static intptr_t Receive(VerdinHostWindow* window, uint32_t msg, uintptr_t wParam, intptr_t lParam);
+    intptr_t Handle(uint32_t msg, intptr_t lParam);
+
+    VerdinHostWindow record_;
+    mutable std::mutex mutex_;
+    std::condition_variable changed_;
+    std::vector<std::string> events_;
+    bool gateArmed_ = false;
+    bool held_ = false;
+};
+
+}  // namespace verdin::test
