@@ -15,6 +15,8 @@
 #include <string>
 #include <vector>
 
+#include <unistd.h>
+
 namespace {
 
 using verdin::Equalizer;
@@ -128,6 +130,8 @@ BENCHMARK_CAPTURE(FftwDht512, FftwDht512_OutOfPlace, false);
 // Keeps each run's time per iteration so that main can print the ratios.
 class RatioReporter : public benchmark::ConsoleReporter {
 public:
+    // Colours only on a terminal, as the library's own reporter does.
+    RatioReporter() : ConsoleReporter(isatty(STDOUT_FILENO) ? OO_ColorTabular : OO_Tabular) {}
     void ReportRuns(const std::vector<Run>& runs) override {
         for (const Run& run : runs)
             if (!run.error_occurred && run.run_type == Run::RT_Iteration) cpuTime_[run.benchmark_name()] = run.GetAdjustedCPUTime();

@@ -7,6 +7,7 @@
 // the equalizer on throughout, the output must be the input, up to truncation.
 #include "engine/equalizer/Equalizer.h"
 
+#include <algorithm>
 #include <cstdint>
 #include <cstdlib>
 #include <cstring>
@@ -125,11 +126,11 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
         uint64_t outBytes;
         if (!enabled && held == 0) {  // pass-through
             Check(r == bytes);
-            Check(std::memcmp(pcmA.data(), block.data(), bytes) == 0);
+            Check(std::equal(block.begin(), block.end(), pcmA.begin()));
             outBytes = bytes;
         } else if (!enabled) {  // flush: held bytes, then the block, counted in frames
             Check(r == (held + bytes) / frameBytes);
-            Check(std::memcmp(pcmA.data() + held, block.data(), bytes) == 0);
+            Check(std::equal(block.begin(), block.end(), pcmA.begin() + held));
             outBytes = held + bytes;
             held = 0;
         } else {  // whole hops
@@ -140,7 +141,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
             outBytes = r;
         }
         Check(outBytes <= bytes + Equalizer::kOutputHeadroom);
-        Check(std::memcmp(pcmA.data(), pcmB.data(), outBytes) == 0);
+        Check(std::equal(pcmA.begin(), pcmA.begin() + outBytes, pcmB.begin()));
 
         if (identity) {
             for (uint64_t i = 0; i < outBytes; i += sampleBytes) {
