@@ -258,7 +258,9 @@ private:
             std::vector<struct pollfd> pcmFds = core_.pcm->PollDescriptors();
             fds.insert(fds.end(), pcmFds.begin(), pcmFds.end());
         }
-        poll(fds.data(), fds.size(), kTickMilliseconds);
+        // Held or stopped, nothing changes until a request comes, and every request
+        // raises the wake-up signal.
+        poll(fds.data(), fds.size(), mode_ == DeviceMode::Playing ? kTickMilliseconds : -1);
         if (fds[0].revents & POLLIN) core_.wake.Drain();
     }
 

@@ -28,6 +28,8 @@ constexpr const char* kStreamName = "Verdin playback";
 // The longest the device thread sleeps between two looks at its requests and the
 // server's clock: it bounds how stale a position can be.
 constexpr int kTickMilliseconds = 5;
+// The same while held or stopped: requests and commits wake the thread anyway.
+constexpr int kIdleTickMilliseconds = 100;
 constexpr auto kCloseTimeout = std::chrono::seconds(3);
 // How long a stream thread keeps trying when the commit queue is full (the device
 // thread is held up) before it drops the commit and reports the device as failed.
@@ -117,7 +119,8 @@ public:
             if (!startPending_) DrainCommits();
             UpdatePlayed();
             core_.played.Publish(run_, static_cast<uint64_t>(played_));
-            if (!core_.connection->Iterate(kTickMilliseconds)) SleepOnWakeup();
+            const int tick = mode_ == DeviceMode::Playing ? kTickMilliseconds : kIdleTickMilliseconds;
+            if (!core_.connection->Iterate(tick)) SleepOnWakeup();
         }
     }
 

@@ -78,5 +78,28 @@ TEST(AlsaThroughPulse, SoftwareVolumeIsHeard) {
         ASSERT_EQ(samples[static_cast<size_t>(first) + i], tone[i] * 16384 / 65535) << i;
 }
 
+TEST(AlsaThroughPulse, AServerThatDiesWhilePlayingNeitherHangsNorStopsTheClock) {
+    if (!test::PulseServer::Installed()) GTEST_SKIP() << "pulseaudio is not installed";
+    test::PulseServer server;
+    ASSERT_TRUE(server.Running()) << server.Error();
+    std::vector<uint8_t> ring(44100 * 4, 0);
+    const auto t0 = std::chrono::steady_clock::now();
+    {
+        AlsaDevice device("pulse", {44100, 2, 16}, ring.data(), static_cast<uint32_t>(ring.size()));
+        ASSERT_TRUE(device.IsOpen()) << device.ErrorText();
+        device.Start();
+        device.CommitFrames(44100);
+        ASSERT_TRUE(WaitUntil([&] { return device.GetPlayedFrames() > 2000; }, 3s));
+        server.Kill();
+        ASSERT_TRUE(WaitUntil([&] { return device.Failed(); }, 3s));
+        EXPECT_NE(device.ErrorText().find("\"pulse\""), std::string::npos) << device.ErrorText();
+        const int64_t before = device.GetPlayedFrames();
+        EXPECT_TRUE(WaitUntil([&] { return device.GetPlayedFrames() > before + 2000; }, 3s));
+        device.Pause();
+        device.Stop();
+    }
+    EXPECT_LT(std::chrono::steady_clock::now() - t0, 8s);
+}
+
 }  // namespace
 }  // namespace verdin
