@@ -24,6 +24,7 @@ int PreviousPlayableRow(const Playlist& main, int row) {
 void PlayOrder::Rebuild(const Playlist& main) {
     rows_.clear();
     cursor_ = 0;
+    currentGone_ = false;
     const int count = main.RowCount();
     for (int row = 0; row < count; ++row) {
         if (!IsPlayableRow(main, row)) continue;
@@ -38,14 +39,18 @@ void PlayOrder::Rebuild(const Playlist& main) {
 
 void PlayOrder::SetCursorToRow(int row) {
     const auto it = std::find(rows_.begin(), rows_.end(), row);
-    if (it != rows_.end()) cursor_ = static_cast<size_t>(it - rows_.begin());
+    if (it == rows_.end()) return;
+    cursor_ = static_cast<size_t>(it - rows_.begin());
+    currentGone_ = false;
 }
 
 PlayOrder::Move PlayOrder::MoveOn(Playlist& main, int current, bool shuffle, bool loop) {
     Move move;
     if (shuffle) {
-        if (cursor_ + 1 < rows_.size()) {
-            move.row = rows_[++cursor_];
+        if (NextPosition() < rows_.size()) {
+            cursor_ = NextPosition();
+            currentGone_ = false;
+            move.row = rows_[cursor_];
             move.keepPlaying = true;
             return move;
         }
@@ -73,7 +78,7 @@ PlayOrder::Move PlayOrder::MoveOn(Playlist& main, int current, bool shuffle, boo
 
 int PlayOrder::Following(const Playlist& main, int current, bool shuffle, bool loop) const {
     if (shuffle) {
-        if (cursor_ + 1 < rows_.size()) return rows_[cursor_ + 1];
+        if (NextPosition() < rows_.size()) return rows_[NextPosition()];
         // The order will be rebuilt; the row that follows is not known yet.
         return -1;
     }
@@ -84,8 +89,12 @@ int PlayOrder::Following(const Playlist& main, int current, bool shuffle, bool l
 
 int PlayOrder::Previous(const Playlist& main, int current, bool shuffle, bool loop) {
     if (shuffle) {
-        if (cursor_ > 0 && cursor_ <= rows_.size()) return rows_[--cursor_];
+        if (cursor_ > 0 && cursor_ <= rows_.size()) {
+            currentGone_ = false;
+            return rows_[--cursor_];
+        }
         if (loop && !rows_.empty()) {
+            currentGone_ = false;
             cursor_ = rows_.size() - 1;
             return rows_[cursor_];
         }
@@ -101,17 +110,22 @@ int PlayOrder::Previous(const Playlist& main, int current, bool shuffle, bool lo
 }
 
 void PlayOrder::RowsRemoved(int first, int count) {
+    if (count <= 0) return;
     size_t kept = 0;
+    size_t cursor = cursor_;
     for (size_t i = 0; i < rows_.size(); ++i) {
         const int row = rows_[i];
         if (row >= first && row < first + count) {
-            if (i < cursor_ && cursor_ > 0) --cursor_;
+            // Elements before the cursor leave: it moves back with its row. The current
+            // element leaves: the cursor stays, naming the one that followed.
+            if (i < cursor_) --cursor;
+            else if (i == cursor_) currentGone_ = true;
             continue;
         }
         rows_[kept++] = row >= first + count ? row - count : row;
     }
     rows_.resize(kept);
-    if (cursor_ > rows_.size()) cursor_ = rows_.size();
+    cursor_ = std::min(cursor, rows_.size());
 }
 
 void PlayOrder::RowsInserted(int first, int count) {

@@ -46,14 +46,20 @@ public:
     int Previous(const Playlist& main, int current, bool shuffle, bool loop);
 
     // Rows first..first+count-1 were deleted: they leave the order and later rows move up.
+    // When the current row itself goes, the row that followed it in the order comes next.
     void RowsRemoved(int first, int count);
     // count rows were inserted at row first: later rows move down (the new rows join the
     // order when it is next rebuilt).
     void RowsInserted(int first, int count);
 
 private:
+    // The position after which the next row is taken, honouring a removed current row.
+    size_t NextPosition() const { return currentGone_ ? cursor_ : cursor_ + 1; }
+
     std::vector<int> rows_;
     size_t cursor_ = 0;
+    // The current row was deleted: cursor_ already names the row that followed it.
+    bool currentGone_ = false;
 };
 
 // The first playable row at or after row, or -1.

@@ -44,13 +44,53 @@ void Playlist::InsertItem(size_t index, std::unique_ptr<PlaylistItem> item) {
     Changed();
 }
 
+void Playlist::Disown(PlaylistItem& item) {
+    if (item.Kind() == ItemKind::kPlaylist) static_cast<Playlist&>(item).parent_ = nullptr;
+}
+
 std::unique_ptr<PlaylistItem> Playlist::TakeItem(size_t index) {
     if (index >= items_.size()) return nullptr;
     std::unique_ptr<PlaylistItem> item = std::move(items_[index]);
     items_.erase(items_.begin() + static_cast<std::ptrdiff_t>(index));
-    if (item->Kind() == ItemKind::kPlaylist) static_cast<Playlist&>(*item).parent_ = nullptr;
+    Disown(*item);
     Changed();
     return item;
+}
+
+void Playlist::InsertItems(size_t index, std::vector<std::unique_ptr<PlaylistItem>> items) {
+    std::erase(items, nullptr);
+    if (items.empty()) return;
+    for (auto& item : items) Adopt(*item);
+    index = std::min(index, items_.size());
+    items_.insert(items_.begin() + static_cast<std::ptrdiff_t>(index), std::make_move_iterator(items.begin()),
+                  std::make_move_iterator(items.end()));
+    Changed();
+}
+
+std::vector<std::unique_ptr<PlaylistItem>> Playlist::TakeItems(const std::vector<size_t>& increasingIndices) {
+    std::vector<std::unique_ptr<PlaylistItem>> taken;
+    auto next = increasingIndices.begin();
+    size_t kept = 0;
+    for (size_t i = 0; i < items_.size(); ++i) {
+        while (next != increasingIndices.end() && *next < i) ++next;
+        if (next != increasingIndices.end() && *next == i) {
+            Disown(*items_[i]);
+            taken.push_back(std::move(items_[i]));
+        } else {
+            items_[kept++] = std::move(items_[i]);
+        }
+    }
+    items_.resize(kept);
+    if (!taken.empty()) Changed();
+    return taken;
+}
+
+std::vector<std::unique_ptr<PlaylistItem>> Playlist::TakeAllItems() {
+    std::vector<std::unique_ptr<PlaylistItem>> taken = std::move(items_);
+    items_.clear();
+    for (auto& item : taken) Disown(*item);
+    if (!taken.empty()) Changed();
+    return taken;
 }
 
 void Playlist::RemoveItem(size_t index) { TakeItem(index); }

@@ -61,6 +61,16 @@ public:
     void RemoveItem(size_t index);
     // Deletes every item.
     void Clear();
+
+    // Bulk forms, linear in the item count however many items move (sorting, dropping,
+    // flattening or deleting a 100,000-item playlist must not be quadratic).
+    // Inserts the items, in order, before the item at index (at the end when past it).
+    void InsertItems(size_t index, std::vector<std::unique_ptr<PlaylistItem>> items);
+    // Takes the items at the given indices out, in index order; indices must be
+    // increasing, and those out of range are passed over.
+    std::vector<std::unique_ptr<PlaylistItem>> TakeItems(const std::vector<size_t>& increasingIndices);
+    // Takes every item out, in order.
+    std::vector<std::unique_ptr<PlaylistItem>> TakeAllItems();
     // The index of an item held directly, or -1.
     int IndexOf(const PlaylistItem* item) const;
 
@@ -80,6 +90,7 @@ private:
     void Changed();
     void EnsureRows() const;
     void Adopt(PlaylistItem& item);
+    static void Disown(PlaylistItem& item);
 
     std::vector<std::unique_ptr<PlaylistItem>> items_;
     Playlist* parent_ = nullptr;

@@ -54,7 +54,9 @@ bool TrackRecord::RetrieveInformation(const InputModuleList& modules, bool ignor
     audioStart_ = 0;
     const std::string full = FullName();
     if (!IsUrl()) {
+        // A file read again (after it changed, or vanished) keeps nothing of its old tag.
         tag_.Clear();
+        tagVersion_ = {};
         TagReadOptions options;
         options.mode = ignoreTags ? TagMode::Ignore : TagMode::Read;
         const TagReadResult read = ReadTrackTag(full, options, tag_);

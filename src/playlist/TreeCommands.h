@@ -11,7 +11,8 @@ namespace verdin {
 class Playlist;
 class PlaylistItem;
 
-// The name a playlist carries until it is saved: "Untitled" in the user directory.
+// The name a playlist carries until it is saved: "Untitled." in the user directory (body
+// "Untitled", extension ".").
 std::string UntitledPlaylistName(std::string_view userDirectory);
 
 // "Add New Playlist" / "Insert New Playlist": a new, empty nested playlist named fileName,
