@@ -103,6 +103,7 @@ void Equalizer::TakeGainSnapshot() {
 }
 
 uint32_t Equalizer::Process(uint8_t* pcm, uint32_t bytes, uint32_t bitsPerSample, uint32_t channels) {
+    returnedFrames_ = false;
     if (!IsSupported(bitsPerSample, channels)) return bytes;
     if (pcm == nullptr) return 0;  // nowhere to put anything
     if (bitsPerSample != heldBits_ || channels != heldChannels_) {
@@ -123,6 +124,7 @@ uint32_t Equalizer::Process(uint8_t* pcm, uint32_t bytes, uint32_t bitsPerSample
         std::memcpy(pcm, input_.data(), fill_);
         const uint32_t frames = (fill_ + bytes) / frameBytes;
         fill_ = 0;
+        returnedFrames_ = true;
         return frames;
     }
 

@@ -57,6 +57,8 @@ public:
     // little-endian, 1 or 2 channels; anything else is passed through unchanged. A change
     // of format drops the held frames and starts afresh.
     uint32_t Process(uint8_t* pcm, uint32_t bytes, uint32_t bitsPerSample, uint32_t channels);
+    // Whether the last Process call took the switched-off path and returned frames.
+    bool ReturnedFrameCount() const { return returnedFrames_; }
 
 private:
     void RunHop(const uint8_t* in, uint8_t* out, uint32_t bytesPerSample, uint32_t channels);
@@ -70,6 +72,8 @@ private:
     std::atomic<int32_t> enabled_;
     // Stream thread only: the next hop is the first since set-up or a format change.
     int32_t firstBlock_ = 1;
+    // Stream thread only: see ReturnedFrameCount().
+    bool returnedFrames_ = false;
     // The format of the held frames (0 before the first block). Stream thread only.
     uint32_t heldBits_ = 0;
     uint32_t heldChannels_ = 0;

@@ -55,6 +55,13 @@ void WavFileDevice::Resume() { paused_.store(false, std::memory_order_release); 
 
 void WavFileDevice::Wait(uint32_t frames) {
     if (!file_ || ringSize_ == 0) return;
+    // A paused file device holds like a paused sound card: it writes nothing until it is
+    // resumed (the stream keeps it paused while its buffer fills, and the user's pause
+    // holds decoding to files too), and it sleeps as a sound card's wait would.
+    if (paused_.load(std::memory_order_acquire)) {
+        OutputDevice::Wait(frames);
+        return;
+    }
     const uint64_t bytes = uint64_t{frames} * BytesPerFrame();
     uint64_t left = bytes;
     while (left > 0) {

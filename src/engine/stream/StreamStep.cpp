@@ -51,12 +51,10 @@ uint32_t Stream::Equalize(uint32_t bytes) {
     if (info_.decoderEqualizes || !equalizer_) return bytes;
     const uint32_t frameBytes = std::max(1u, format_.BytesPerFrame());
     equalizerIn_ += bytes / frameBytes;
-    const bool wasHolding = equalizerIn_ - bytes / frameBytes > equalizerOut_;
     uint32_t result = equalizer_->Process(work_.data(), bytes, format_.bitsPerSample, format_.channels);
     // Just switched off with frames held: the equalizer hands everything back at once and
     // says so in frames rather than bytes, on that path only.
-    const int64_t held = equalizerIn_ - equalizerOut_;
-    if (wasHolding && result != bytes && static_cast<int64_t>(result) == held) result *= frameBytes;
+    if (equalizer_->ReturnedFrameCount()) result *= frameBytes;
     equalizerOut_ += result / frameBytes;
     return result;
 }
@@ -71,7 +69,7 @@ uint32_t Stream::FlushEqualizer() {
     const uint32_t silenceFrames = Equalizer::kBlockFrames + Equalizer::kHopFrames;
     std::memset(work_.data(), format_.bitsPerSample == 8 ? 0x80 : 0, silenceFrames * frameBytes);
     uint32_t result = equalizer_->Process(work_.data(), silenceFrames * frameBytes, format_.bitsPerSample, format_.channels);
-    if (result == held + silenceFrames) result *= frameBytes;  // switched off meanwhile: a frame count
+    if (equalizer_->ReturnedFrameCount()) result *= frameBytes;  // switched off meanwhile
     const int64_t out = std::min<int64_t>(held, result / frameBytes);
     equalizerIn_ = equalizerOut_ = 0;
     return static_cast<uint32_t>(out) * frameBytes;
