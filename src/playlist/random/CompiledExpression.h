@@ -1,0 +1,59 @@
+#pragma once
+// A random-entry expression read once and kept as a tree, for evaluating it on every track
+// of a sample space. Its answers are those of EvaluateExpression for every text and every
+// track (the tests and the fuzz target hold the two against each other); only the work is
+// done once: the text split into groups and comparisons, variables looked up, VALUE
+// upper-cased and converted to an integer.
+//
+// Matches() reuses scratch buffers of the object: one thread at a time per object.
+#include "playlist/random/Comparison.h"
+#include "playlist/random/ExpressionVariable.h"
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace verdin {
+
+class TrackRecord;
+
+class CompiledExpression {
+public:
+    explicit CompiledExpression(std::string_view text);
+
+    bool Matches(const TrackRecord& track) const;
+
+private:
+    enum class NodeType : std::uint8_t { Constant, Comparison, Compound };
+    struct Link {
+        char connector = '\0';  // '\0' for the first group, else '&' or '|'
+        int node = 0;
+    };
+    struct Node {
+        NodeType type = NodeType::Constant;
+        bool constant = false;
+        // Comparison
+        ExpressionVariable variable;
+        ComparisonOperator op = ComparisonOperator::Other;
+        std::string value;
+        std::string upperValue;
+        std::int64_t integerValue = 0;
+        // Compound: the first group, then the groups after "&" and "|" (the groups after
+        // other connectors are ignored by the language and not kept)
+        std::vector<Link> links;
+    };
+
+    int Compile(std::string_view text, int depth);
+    int CompileCompound(std::string_view text, std::size_t pos, int depth);
+    int CompileComparison(std::string_view text);
+    int AddConstant(bool value);
+    bool Evaluate(int node, const TrackRecord& track) const;
+
+    std::vector<Node> nodes_;
+    int root_ = 0;
+    mutable VariableValue variableScratch_;
+    mutable std::string upperScratch_;
+};
+
+}  // namespace verdin
