@@ -22,7 +22,6 @@ namespace {
 
 TagVersion Id3v2Version(const TagLib::ID3v2::Tag& tag) {
     const TagLib::ID3v2::Header* header = tag.header();
-    if (!header) return TagVersion{2, 0, 0};
     return TagVersion{2, static_cast<std::uint8_t>(header->majorVersion()),
                       static_cast<std::uint8_t>(header->revisionNumber())};
 }
@@ -30,7 +29,7 @@ TagVersion Id3v2Version(const TagLib::ID3v2::Tag& tag) {
 void TakeId3v2(const TagLib::ID3v2::Tag* tag, TagBuilder& b, FormatReadResult& result) {
     // TagLib reports a tag wherever it saw "ID3"; one whose header did not even parse
     // (size 0, no frames) is no tag.
-    if (!tag || (tag->header()->tagSize() == 0 && tag->frameList().isEmpty())) return;
+    if (!tag || !tag->header() || (tag->header()->tagSize() == 0 && tag->frameList().isEmpty())) return;
     b.BeginSource(kSourceId3v2);
     ImportId3v2(*tag, b);
     if (!result.version.found()) result.version = Id3v2Version(*tag);
