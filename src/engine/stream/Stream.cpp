@@ -13,10 +13,6 @@ namespace verdin {
 
 namespace {
 
-// next_ once the stream has passed the point where it hands its device on: nothing can be
-// linked to it any more.
-constexpr uintptr_t kLinkClosed = 1;
-
 // The work buffer: a decoded block, equalized and handed through the DSP modules in place.
 // A DSP module may return up to twice the frames it was given, so blocks are taken from
 // the decoder in pieces that leave that room (and the equalizer's headroom).
@@ -129,7 +125,7 @@ bool Stream::TryLinkNext(Stream* next) {
 Stream* Stream::NextStream() const {
     if (Stream* taken = HandedOverTo()) return taken;
     const uintptr_t n = next_.load(std::memory_order_acquire);
-    return n > kLinkClosed ? reinterpret_cast<Stream*>(n) : nullptr;
+    return n > kClosedLink ? reinterpret_cast<Stream*>(n) : nullptr;
 }
 
 void Stream::UnlinkFromPrevious() {
@@ -140,7 +136,7 @@ void Stream::UnlinkFromPrevious() {
     // The previous stream has already taken this one to hand its device over (or is doing
     // so on its thread right now): let that finish, so this stream's thread is running
     // and can be stopped like any other.
-    if (expected == kLinkClosed) previous->WaitUntilFinished();
+    if (expected == kClosedLink) previous->WaitUntilFinished();
 }
 
 void Stream::ContinueStream(Stream* previous, bool crossfade) {
@@ -160,6 +156,8 @@ void Stream::ContinueStream(Stream* previous, bool crossfade) {
         length = std::min<int64_t>(crossfadeFrames_, written - 12000 - played);
         if (length < 10000) length = 0;
     }
+    // A device that had been told where the last track ends plays on.
+    device->SetEndOfData(-1);
     const uint32_t frameBytes = format_.BytesPerFrame();
     // The device is told a byte count where it expects frames; only the sound-server
     // device acts on a negative commit, and it scales it once more. That is how the
@@ -189,7 +187,7 @@ void Stream::CloseStream() {
         Stream* self = this;
         following->previous_.compare_exchange_strong(self, nullptr, std::memory_order_acq_rel);
     }
-    next_.store(kLinkClosed, std::memory_order_release);
+    next_.store(kClosedLink, std::memory_order_release);
     if (decoder_ && decoder_->ops && decoder_->ops->Destroy) decoder_->ops->Destroy(decoder_);
     decoder_ = nullptr;
     delete output_.exchange(nullptr, std::memory_order_acq_rel);

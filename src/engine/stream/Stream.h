@@ -144,6 +144,7 @@ private:
     void Deliver(uint32_t bytes, bool equalize);
     bool ApplyBufferRules(uint32_t frames);
     bool DeviceFailed(OutputDevice& device);
+    bool HandOverIfLinked(bool closeLink);
     void WriteFrames(const uint8_t* data, uint32_t frames);
     void EndDecoding();
     void TrimTrailingSilence();
@@ -201,7 +202,9 @@ private:
     // read everywhere.
     std::atomic<bool> outputStarted_{false};
     std::atomic<StreamOutput*> output_{nullptr};
-    // Links. next_ holds the stream prepared to follow (or kLinkClosed once this stream
+    // next_ once the stream can no longer hand its device on: nothing links to it any more.
+    static constexpr uintptr_t kClosedLink = 1;
+    // Links. next_ holds the stream prepared to follow (or kClosedLink once this stream
     // has passed the point where it hands its device on); written by the user-interface
     // thread (link, unlink) and exchanged by the stream thread at its end.
     std::atomic<uintptr_t> next_{0};

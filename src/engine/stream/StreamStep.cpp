@@ -211,22 +211,34 @@ void Stream::TrimTrailingSilence() {
 }
 
 void Stream::OnFinish() {
-    const bool stoppedByUser = FinishRequested();
-    const uintptr_t next = next_.exchange(1, std::memory_order_acq_rel);
-    if (!Output()) return;
-    if (!stoppedByUser && next > 1) {
-        auto* following = reinterpret_cast<Stream*>(next);
-        following->ContinueStream(this, following->crossfadeOnHandOver_.load(std::memory_order_acquire));
+    if (!Output() || FinishRequested()) {
+        next_.store(kClosedLink, std::memory_order_release);
         return;
     }
-    if (!stoppedByUser) PlayOut();
+    PlayOut();
 }
 
-// Nothing takes the device over: let it play what is in the ring up to the last frame
-// written, then stop there (a stop request ends the wait at once).
+// Takes the stream linked to follow, if any, closing the link for good.
+bool Stream::HandOverIfLinked(bool closeLink) {
+    uintptr_t next = next_.load(std::memory_order_acquire);
+    if (closeLink) next = next_.exchange(kClosedLink, std::memory_order_acq_rel);
+    else if (next <= kClosedLink || !next_.compare_exchange_strong(next, kClosedLink, std::memory_order_acq_rel))
+        return false;
+    if (next <= kClosedLink || FinishRequested()) return false;
+    auto* following = reinterpret_cast<Stream*>(next);
+    following->ContinueStream(this, following->crossfadeOnHandOver_.load(std::memory_order_acquire));
+    return true;
+}
+
+// The track has run out. A stream linked to follow takes the device over at once. Until
+// one is, the device plays what is in the ring up to the last frame written and stops
+// there; a track shorter than the ring ends its decoding long before it is heard, so the
+// next track may well be linked during that wait, and then takes over with no gap. A stop
+// request ends the wait at once.
 void Stream::PlayOut() {
     StreamOutput* output = Output();
     OutputDevice* device = output->device.get();
+    if (HandOverIfLinked(false)) return;
     const int64_t written = framesWritten_.load(std::memory_order_relaxed);
     device->SetEndOfData(written);
     // A track shorter than the pre-fill level: its end counts as reaching the level.
@@ -236,9 +248,11 @@ void Stream::PlayOut() {
     }
     const uint32_t step = std::max(1u, format_.sampleRate / 20);  // 50 ms
     while (!FinishRequested() && !device->PlayedOut() && !DeviceFailed(*device)) {
+        if (HandOverIfLinked(false)) return;
         const int64_t left = written - device->GetPlayedFrames();
         device->Wait(static_cast<uint32_t>(std::clamp<int64_t>(left, 1, step)));
     }
+    HandOverIfLinked(true);
 }
 
 }  // namespace verdin

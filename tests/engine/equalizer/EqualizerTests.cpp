@@ -274,16 +274,19 @@ TEST(Equalizer, SwitchingOffFlushesOnceAsAFrameCountThenPassesThrough) {
         at += 1000 * 4;
     }
     ASSERT_EQ(out.size(), 2560u * 4);
+    EXPECT_FALSE(eq.ReturnedFrameCount());
 
     eq.SetEqualizerEnabled(false);
     const CallResult flush = Call(eq, in.data() + at, 700 * 4, f);
     EXPECT_EQ(flush.returned, 440u + 700u);  // frames, not bytes
+    EXPECT_TRUE(eq.ReturnedFrameCount()) << "the caller is told which unit it got";
     // The held frames come back as they went in, followed by the new block.
     EXPECT_TRUE(std::equal(flush.pcm.begin(), flush.pcm.begin() + 1140 * 4, in.begin() + 2560 * 4));
     at += 700 * 4;
 
     const CallResult passed = Call(eq, in.data() + at, 300 * 4, f);
     EXPECT_EQ(passed.returned, 300u * 4);  // bytes again
+    EXPECT_FALSE(eq.ReturnedFrameCount());
     EXPECT_TRUE(std::equal(passed.pcm.begin(), passed.pcm.begin() + 300 * 4, in.begin() + at));
     // Nothing is held any more: another block passes straight through too.
     EXPECT_EQ(Call(eq, in.data(), 4, f).returned, 4u);
