@@ -24,6 +24,7 @@ MpegDecoder* MpegDecoder::Open(const char* path, uint32_t dataOffset) {
         delete decoder;
         return nullptr;
     }
+    decoder->frameBytes_ = 2 * static_cast<size_t>(decoder->file_.channels());
     return decoder;
 }
 
@@ -44,7 +45,10 @@ uint32_t MpegDecoder::Decode(const void** block) {
             continue;
         }
         if (result != MPG123_OK) return 0;  // the end, or damage the decoder cannot pass
-        // A frame wholly cut by gapless trimming yields nothing: go on to the next one.
+        // The player takes whole sample frames only. From a damaged stream, libmpg123 can
+        // hand out a torn one after a seek; its tail is dropped. A frame wholly cut by
+        // gapless trimming yields nothing at all: go on to the next one.
+        bytes -= bytes % frameBytes_;
         if (bytes == 0) continue;
         *block = audio;
         return static_cast<uint32_t>(bytes);

@@ -29,6 +29,7 @@ private:
 
     Mpg123Handle handle_;  // declared before file_: the file is closed on it first
     MpegFile file_;
+    size_t frameBytes_ = 4;  // 16-bit samples x channels
 };
 
 }  // namespace verdin::mpeg

@@ -73,5 +73,24 @@ TEST_F(MpegModuleTest, GarbageAfterATagIsRefusedThroughTheDataOffset) {
     EXPECT_FALSE(plugin_.Info(dir.file("tag_then_garbage.mp3"), static_cast<uint32_t>(tag.size())));
 }
 
+TEST_F(MpegModuleTest, BlocksHoldWholeFramesEvenFromADamagedStream) {
+    // A damaged file the fuzz target found (behind its two control bytes): after a seek,
+    // libmpg123 hands out half a stereo frame, which must not reach the player.
+    const std::vector<uint8_t> input =
+        ReadBytes(std::string(VERDIN_TEST_SOURCE_DIR) + "/fuzz/mpeg_module/corpus/torn_frame_after_seek");
+    ASSERT_GT(input.size(), 2u);
+    const TempDir dir;
+    const std::string path = dir.file("damaged.mp3");
+    WriteBytes(path, std::vector<uint8_t>(input.begin() + 2, input.end()));
+    const auto info = plugin_.Info(path);
+    ASSERT_TRUE(info);
+    ASSERT_EQ(info->channels, 2);
+    DecoderUnderTest decoder(plugin_.module(), path);
+    ASSERT_TRUE(decoder.valid());
+    decoder.DecodeToEnd(4);  // fails the test on a block that is not whole frames
+    decoder.Seek(60);
+    EXPECT_FALSE(decoder.DecodeToEnd(4).empty());
+}
+
 }  // namespace
 }  // namespace verdin::test
