@@ -1,0 +1,43 @@
+#!/usr/bin/env bash
+# Decodes a 10-minute MP3 into a WAV file with `mpg123 -w` and with verdin-decode (the
+# player's whole stream path), alternately, and reports the median times and their ratio.
+# The MP3 is made once (synthesised with sox, encoded with lame) and kept in the cache dir.
+#   compare_with_mpg123.sh [runs]   (default 5)
+set -euo pipefail
+here=$(cd "$(dirname "$0")" && pwd)
+bin=$(cd "$here/../../bin" && pwd)
+runs=${1:-5}
+cache=${XDG_CACHE_HOME:-$HOME/.cache}/verdin-bench
+mkdir -p "$cache"
+mp3=$cache/ten-minutes.mp3
+if [ ! -s "$mp3" ]; then
+  sox -n -r 44100 -c 2 -b 16 "$cache/ten.wav" synth 600 sine 220-880 sine 330 gain -3
+  lame --quiet -b 192 "$cache/ten.wav" "$mp3"
+  rm -f "$cache/ten.wav"
+fi
+work=$(mktemp -d)
+trap 'rm -rf "$work"' EXIT
+
+now() { date +%s.%N; }
+time_of() { local s e; s=$(now); "$@" >/dev/null 2>&1; e=$(now); echo "$e - $s" | bc -l; }
+median() { sort -g | awk '{a[NR]=$1} END {print (NR%2) ? a[(NR+1)/2] : (a[NR/2]+a[NR/2+1])/2}'; }
+
+peer=(); ours=(); oursEq=()
+for ((i = 0; i < runs; i++)); do
+  peer+=("$(time_of mpg123 -q -w "$work/peer.wav" "$mp3")")
+  ours+=("$(time_of "$bin/verdin-decode" -o "$work" "$mp3")")
+  mkdir -p "$work/eq"
+  oursEq+=("$(time_of "$bin/verdin-decode" -e -o "$work/eq" "$mp3")")
+done
+p=$(printf '%s\n' "${peer[@]}" | median)
+o=$(printf '%s\n' "${ours[@]}" | median)
+printf 'mpg123 -w:        %.3f s (median of %d)\n' "$p" "$runs"
+printf 'verdin-decode:    %.3f s\n' "$o"
+e=$(printf '%s\n' "${oursEq[@]}" | median)
+printf 'ratio:            %.3f (target <= 1.02)\n' "$(echo "$o / $p" | bc -l)"
+printf 'with equalizer:   %.3f s, %.1f%% over plain decoding (target <= 25%%)\n' "$e" "$(echo "($e - $o) * 100 / $o" | bc -l)"
+if cmp -s <(tail -c +45 "$work/peer.wav") <(tail -c +45 "$work/1. ten-minutes.wav"); then
+  echo "PCM: identical"
+else
+  echo "PCM: DIFFERS"
+fi
