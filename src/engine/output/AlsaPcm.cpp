@@ -25,6 +25,10 @@ std::string Reason(const char* what, const std::string& name, int code) {
     return std::string(what) + " \"" + name + "\": " + snd_strerror(code);
 }
 
+// ALSA's library writes its own complaints to standard error ("Unknown PCM default", ...);
+// the player reports failures itself, in its own words, where the user sees them.
+extern "C" void QuietAlsaErrors(const char*, int, const char*, int, const char*, ...) {}
+
 }  // namespace
 
 std::unique_ptr<AlsaPcm> AlsaPcm::Open(const std::string& name, const PcmFormat& format,
@@ -36,6 +40,8 @@ std::unique_ptr<AlsaPcm> AlsaPcm::Open(const std::string& name, const PcmFormat&
         *error = "unsupported sample format for \"" + name + "\"";
         return nullptr;
     }
+    static const bool quiet = [] { return snd_lib_error_set_handler(&QuietAlsaErrors) == 0; }();
+    (void)quiet;
     snd_pcm_t* raw = nullptr;
     int rc = snd_pcm_open(&raw, name.c_str(), SND_PCM_STREAM_PLAYBACK, SND_PCM_NONBLOCK);
     if (rc < 0) {

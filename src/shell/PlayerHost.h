@@ -1,0 +1,34 @@
+#pragma once
+// What the player core asks of whoever runs it: the headless application prints message
+// boxes on standard error and keeps no windows; the window library shows boxes and
+// redraws. Everything here is called on the user-interface thread.
+#include <string>
+#include <string_view>
+
+namespace verdin {
+
+enum class MessageIcon { kInformation, kWarning, kError, kQuestion };
+
+class PlayerHost {
+public:
+    virtual ~PlayerHost() = default;
+    // A message box captioned "Verdin".
+    virtual void ShowMessage(std::string_view text, MessageIcon icon) = 0;
+    // A Yes/No question captioned "Verdin"; true for Yes.
+    virtual bool AskYesNo(std::string_view text, MessageIcon icon) = 0;
+    // The progress tick (100 ms) and the display tick (10 ms) start or stop.
+    virtual void SetTimersRunning(bool running) = 0;
+    // Title, status, position and the rest should be drawn again; listChanged when rows
+    // were added, removed or changed.
+    virtual void Refresh(bool listChanged) = 0;
+    // Drawing right now (the sample space build blocks the thread; its status must show).
+    virtual void RefreshNow() = 0;
+    // The position bars get a new range (seconds) and page step, position 0.
+    virtual void SetPositionRange(int maximum, int page) = 0;
+    // A command needs a window and there is none (headless): say so.
+    virtual void WindowCommandUnavailable(std::string_view command) = 0;
+    // Asks the application to quit (after the quit confirmation).
+    virtual void Quit() = 0;
+};
+
+}  // namespace verdin

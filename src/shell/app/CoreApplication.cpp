@@ -1,0 +1,140 @@
+#include "CoreApplication.h"
+
+#include "settings/store/SettingsStore.h"
+#include "shell/app/DBusInterfaces.h"
+#include "shell/app/DBusObjects.h"
+#include "shell/app/SignalWatcher.h"
+
+#include <QCoreApplication>
+#include <QDBusConnection>
+#include <cstdio>
+#include <unistd.h>
+
+namespace verdin {
+
+namespace {
+
+std::string OneLine(std::string_view text) {
+    std::string line(text);
+    for (char& c : line)
+        if (c == '\n' || c == '\r') c = ' ';
+    return line;
+}
+
+}  // namespace
+
+CoreApplication::CoreApplication(RunOptions options, QObject* parent)
+    : QObject(parent), options_(std::move(options)), terminal_(options_.headless && ::isatty(STDOUT_FILENO)) {
+    const SettingsEnvironment environment = CurrentSettingsEnvironment();
+    LoadUserSettings(settings_, environment);
+    core_ = std::make_unique<PlayerCore>(settings_, environment, *this);
+
+    progressTimer_.setObjectName(QStringLiteral("117"));
+    progressTimer_.setInterval(100);
+    connect(&progressTimer_, &QTimer::timeout, this, &CoreApplication::ProgressTick);
+    displayTimer_.setObjectName(QStringLiteral("126"));
+    displayTimer_.setInterval(10);
+    connect(&displayTimer_, &QTimer::timeout, this, &CoreApplication::DisplayTick);
+    WatchSignals();
+}
+
+CoreApplication::~CoreApplication() { TearDownOnce(); }
+
+bool CoreApplication::Register() { return RegisterDBusInterfaces(*this) != Registration::kNameTaken; }
+
+void CoreApplication::StartUp(void* mainWindow) {
+    core_->LoadPlugins(mainWindow);
+    core_->StartUp(options_.commandText);
+    if (options_.quitAfterPlay && !core_->Playing()) {
+        // Nothing to play (or playing could not start): the run is over.
+        QTimer::singleShot(0, this, [this] { QuitNow(); });
+    }
+}
+
+int CoreApplication::Run() {
+    int code = 0;
+    do {
+        code = QCoreApplication::exec();
+    } while (code == 0);
+    TearDownOnce();
+    return code == kQuitCode ? 0 : code;
+}
+
+void CoreApplication::TearDownOnce() {
+    if (tornDown_ || !core_) return;
+    tornDown_ = true;
+    progressTimer_.stop();
+    displayTimer_.stop();
+    core_->TearDown();
+    if (terminal_ && !lastProgressLine_.empty()) std::fputs("\n", stdout);
+}
+
+void CoreApplication::Quit() {
+    TearDownOnce();
+    QCoreApplication::exit(kQuitCode);
+}
+
+void CoreApplication::QuitNow() { Quit(); }
+
+bool CoreApplication::DispatchCommand(uint32_t id) { return core_->ExecuteCommand(id); }
+
+void CoreApplication::WatchSignals() {
+    auto* watcher = new SignalWatcher(this);
+    connect(watcher, &SignalWatcher::TerminationRequested, this, &CoreApplication::QuitNow);
+}
+
+void CoreApplication::ProgressTick() {
+    if (core_->Playing()) playedSomething_ = true;
+    core_->ProgressTick();
+    if (options_.quitAfterPlay && playedSomething_ && !core_->Playing()) QuitNow();
+}
+
+void CoreApplication::ShowMessage(std::string_view text, MessageIcon) {
+    if (terminal_ && !lastProgressLine_.empty()) std::fputs("\n", stdout), lastProgressLine_.clear();
+    std::fprintf(stderr, "Verdin: %s\n", OneLine(text).c_str());
+}
+
+bool CoreApplication::AskYesNo(std::string_view text, MessageIcon icon) {
+    // Without a window nobody can answer: the command that asks was given on purpose.
+    ShowMessage(std::string(text) + " Yes", icon);
+    return true;
+}
+
+void CoreApplication::SetTimersRunning(bool running) {
+    if (running) {
+        if (!progressTimer_.isActive()) progressTimer_.start();
+        if (!displayTimer_.isActive()) displayTimer_.start();
+    } else {
+        progressTimer_.stop();
+        displayTimer_.stop();
+    }
+}
+
+void CoreApplication::Refresh(bool listChanged) {
+    ShowProgressLine();
+    emit Refreshed(listChanged);
+}
+
+void CoreApplication::RefreshNow() { Refresh(false); }
+
+void CoreApplication::SetPositionRange(int, int) {}
+
+void CoreApplication::WindowCommandUnavailable(std::string_view command) {
+    std::string name(command);
+    const size_t tab = name.find('\t');
+    if (tab != std::string::npos) name = name.substr(0, tab) + " (" + name.substr(tab + 1) + ")";
+    while (!name.empty() && name.front() == ' ') name.erase(0, 1);
+    std::fprintf(stderr, "Verdin: \"%s\" needs a window; running without windows, it does nothing.\n", name.c_str());
+}
+
+// On a terminal the headless player keeps one line up to date: the status line.
+void CoreApplication::ShowProgressLine() {
+    if (!terminal_ || !core_ || !core_->StartupDone()) return;
+    const std::string line = core_->StatusText();
+    if (line == lastProgressLine_) return;
+    lastProgressLine_ = line;
+    std::fprintf(stdout, "\r%s\x1b[K", line.c_str());
+    std::fflush(stdout);
+}
+
+}  // namespace verdin

@@ -1,0 +1,86 @@
+#pragma once
+// The application object: the settings, the player core, the command server and the
+// D-Bus interface for scripts, the two timers, and the orderly teardown on quit, on
+// SIGINT and SIGTERM and at the end of a session. It runs the player without windows; the
+// window library derives from it and shows boxes and windows instead of printing.
+#include "settings/Settings.h"
+#include "shell/PlayerCore.h"
+#include "shell/PlayerHost.h"
+
+#include <QObject>
+#include <QTimer>
+#include <memory>
+#include <string>
+
+namespace verdin {
+
+struct RunOptions {
+    bool headless = true;
+    bool quitAfterPlay = false;
+    std::string commandText;
+};
+
+class CoreApplication : public QObject, public PlayerHost {
+    Q_OBJECT
+public:
+    // The exit code of the player's own quit; a quit with any other code (0 from plug-in
+    // code) does not end the program.
+    static constexpr int kQuitCode = 204;
+
+    explicit CoreApplication(RunOptions options, QObject* parent = nullptr);
+    ~CoreApplication() override;
+
+    // Registers the command server on the session bus. False only when another instance
+    // owns the bus name (the caller then hands its command text over); without a session
+    // bus the player runs without a server, silently.
+    bool Register();
+    // The deferred start-up: plug-ins, the default playlist or the command text.
+    void StartUp(void* mainWindow);
+    // Runs the event loop until the player's own quit; returns the process exit code.
+    int Run();
+
+    PlayerCore& Core() { return *core_; }
+    Settings& GetSettings() { return settings_; }
+    const RunOptions& Options() const { return options_; }
+    bool StartupDone() const { return core_ && core_->StartupDone(); }
+
+    // PlayerHost, headless: boxes become lines on standard error.
+    void ShowMessage(std::string_view text, MessageIcon icon) override;
+    bool AskYesNo(std::string_view text, MessageIcon icon) override;
+    void SetTimersRunning(bool running) override;
+    void Refresh(bool listChanged) override;
+    void RefreshNow() override;
+    void SetPositionRange(int maximum, int page) override;
+    void WindowCommandUnavailable(std::string_view command) override;
+    void Quit() override;
+
+    // Quits without asking (signals, the end of a session).
+    void QuitNow();
+    // Runs a command-table identifier as a menu, key or plug-in would. The window library
+    // handles the window commands first.
+    virtual bool DispatchCommand(uint32_t id);
+
+signals:
+    void Refreshed(bool listChanged);
+
+protected:
+    void ProgressTick();
+    virtual void DisplayTick() {}
+
+private:
+    void TearDownOnce();
+    void WatchSignals();
+    void ShowProgressLine();
+
+    RunOptions options_;
+    Settings settings_;
+    std::unique_ptr<PlayerCore> core_;
+    QTimer progressTimer_;
+    QTimer displayTimer_;
+    bool tornDown_ = false;
+    bool playedSomething_ = false;
+    bool terminal_ = false;
+    std::string lastProgressLine_;
+};
+
+}  // namespace verdin

@@ -1,0 +1,101 @@
+#include "DBusObjects.h"
+
+#include "playlist/files/PlaylistFormat.h"
+#include "settings/Text.h"
+#include "shell/app/CoreApplication.h"
+#include "shell/app/DBusInterfaces.h"
+
+#include <QDBusConnection>
+#include <QDBusMetaType>
+#include <QTimer>
+
+namespace verdin {
+
+QDBusArgument& operator<<(QDBusArgument& argument, const RowReply& row) {
+    argument.beginStructure();
+    argument << row.row << row.kind << row.cells;
+    argument.endStructure();
+    return argument;
+}
+
+const QDBusArgument& operator>>(const QDBusArgument& argument, RowReply& row) {
+    argument.beginStructure();
+    argument >> row.row >> row.kind >> row.cells;
+    argument.endStructure();
+    return argument;
+}
+
+SystemObject::SystemObject(CoreApplication& application, QObject* parent)
+    : QObject(parent), application_(application) {}
+
+void SystemObject::Execute(const QString& text) {
+    application_.Core().ExecuteCommandText(text.toStdString());
+}
+
+PlayerObject::PlayerObject(CoreApplication& application, QObject* parent)
+    : QObject(parent), application_(application) {}
+
+bool PlayerObject::Command(uint id) { return application_.DispatchCommand(id); }
+
+RowReplies PlayerObject::Rows() {
+    PlayerCore& core = application_.Core();
+    RowReplies rows;
+    const int count = core.MainPlaylist().RowCount();
+    rows.reserve(count);
+    for (int row = 0; row < count; ++row) {
+        RowReply reply;
+        reply.row = row;
+        reply.kind = static_cast<int>(core.MainPlaylist().ItemAtRow(row).item->Kind());
+        for (const std::string& cell : core.CellsOfRow(row)) reply.cells << QString::fromStdString(cell);
+        rows << reply;
+    }
+    return rows;
+}
+
+int PlayerObject::CurrentRow() { return application_.Core().CurrentRow(); }
+
+void PlayerObject::PlayRow(int row) { application_.Core().PlayRow(row); }
+
+QString PlayerObject::Status() { return QString::fromStdString(application_.Core().StatusText()); }
+
+QString PlayerObject::Caption() { return QString::fromStdString(application_.Core().Caption()); }
+
+QString PlayerObject::PlayerStatus() {
+    switch (application_.Core().Status()) {
+        case verdin::PlayerStatus::Playing: return QStringLiteral("playing");
+        case verdin::PlayerStatus::Paused: return QStringLiteral("paused");
+        default: return QStringLiteral("stopped");
+    }
+}
+
+uint PlayerObject::Position() { return application_.Core().PositionMs(); }
+
+void PlayerObject::SavePlaylist(const QString& path) {
+    const std::string name = path.toStdString();
+    const std::string_view extension = ExtensionOf(name.substr(name.rfind('/') == std::string::npos ? 0 : name.rfind('/')));
+    PlaylistFormat format = PlaylistFormat::kVdp;
+    if (EqualsIgnoreCase(extension, ".m3u")) format = PlaylistFormat::kM3u;
+    else if (EqualsIgnoreCase(extension, ".pls")) format = PlaylistFormat::kPls;
+    if (!application_.Core().SaveMainPlaylistAs(name, static_cast<int>(format)))
+        sendErrorReply(QStringLiteral("org.brimfell.Verdin.Error.SaveFailed"), QStringLiteral("Unable to save playlist"));
+}
+
+void PlayerObject::Quit() {
+    // Answer first, then quit as the menu's "Exit" does (asking about unsaved playlists).
+    QTimer::singleShot(0, &application_, [this] { application_.DispatchCommand(CommandFor(Action::kExit).ids[0]); });
+}
+
+Registration RegisterDBusInterfaces(CoreApplication& application) {
+    qDBusRegisterMetaType<RowReply>();
+    qDBusRegisterMetaType<RowReplies>();
+    QDBusConnection bus = QDBusConnection::sessionBus();
+    if (!bus.isConnected()) return Registration::kNoBus;
+    auto* system = new SystemObject(application, &application);
+    auto* player = new PlayerObject(application, &application);
+    if (!bus.registerObject(QString::fromLatin1(kSystemPath), system, QDBusConnection::ExportAllSlots) ||
+        !bus.registerObject(QString::fromLatin1(kPlayerPath), player, QDBusConnection::ExportAllSlots))
+        return Registration::kNoBus;
+    return bus.registerService(QString::fromLatin1(kBusName)) ? Registration::kRegistered : Registration::kNameTaken;
+}
+
+}  // namespace verdin
