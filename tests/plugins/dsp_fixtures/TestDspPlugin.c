@@ -8,6 +8,8 @@
  *   (neither)                     no modules: getModule(0) is NULL
  *   TEST_DSP_WITHOUT_ENTRY_POINT  exports no entry point
  *   TEST_DSP_NULL_HEADER          the entry point returns NULL
+ *   TEST_DSP_ENDLESS              getModule never answers NULL for an index >= 0: it
+ *                                 repeats the modules over and over
  *
  * What the modules do to a block, so that a test can read the order of calls from the
  * samples themselves ("append 1" then "append 2" turns 0 into 12):
@@ -116,7 +118,12 @@ static int ModifySamples(winampDSPModule* module, short* samples, int numsamples
 }
 
 static winampDSPModule* GetModule(int which) {
+#if defined(TEST_DSP_ENDLESS)
+    if (which < 0 || MODULE_COUNT == 0) return NULL;
+    which %= MODULE_COUNT;
+#else
     if (which < 0 || which >= MODULE_COUNT) return NULL;
+#endif
     winampDSPModule* module = &modules[which];
     if (!module->description) {
         module->description = (char*)specs[which].description;

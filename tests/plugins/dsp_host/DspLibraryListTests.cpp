@@ -99,6 +99,15 @@ TEST_F(EnumerationTest, SearchPathPiecesAreUsedAsWritten) {
     }
 }
 
+TEST_F(EnumerationTest, ALibraryWhoseModulesNeverEndIsCutOffInsteadOfHanging) {
+    const std::string endless = PlaceTestModule("endless", c, "endless.so");
+    DspLibraryList list(window.record(), c + ";");
+    const DspLibrary* library = list.LibraryByPath(endless);
+    ASSERT_NE(library, nullptr);
+    EXPECT_EQ(library->moduleDescriptions.size(), static_cast<size_t>(DspLibraryList::kMaxModulesPerLibrary));
+    EXPECT_EQ(library->moduleDescriptions.back(), "append 5");
+}
+
 TEST_F(EnumerationTest, FindsLibrariesByPathByteForByte) {
     DspLibraryList list(window.record(), a + ";" + b + ";");
     ASSERT_NE(list.LibraryByPath(inB), nullptr);

@@ -5,7 +5,7 @@
 
 namespace verdin::test {
 
-// Copies the test plug-in "<module>.so" (kit, other, empty, noentry, nullheader) to
+// Copies the test plug-in "<module>.so" (kit, other, empty, noentry, nullheader, endless) to
 // directory/name and returns the new path. Each copy is a library of its own for the
 // loader, with its own static data.
 std::string PlaceTestModule(const std::string& module, const std::string& directory, const std::string& name);
