@@ -45,8 +45,10 @@ bool CoreApplication::Register() { return RegisterDBusInterfaces(*this) != Regis
 void CoreApplication::StartUp(void* mainWindow) {
     core_->LoadPlugins(mainWindow);
     core_->StartUp(options_.commandText);
-    if (options_.quitAfterPlay && !core_->Playing()) {
-        // Nothing to play (or playing could not start): the run is over.
+    if (options_.quitAfterPlay && !core_->Playing() && !options_.commandText.empty()) {
+        // The command line asked for something to play and nothing plays (nothing to
+        // play, or it could not start): the run is over. Without a command line the
+        // player waits for commands and ends when what they start has played.
         QTimer::singleShot(0, this, [this] { QuitNow(); });
     }
 }

@@ -1,0 +1,144 @@
+// The single running instance, its command text and its start-up and teardown, run as a
+// user and the desktop would run them.
+#include "SystemFixture.h"
+
+#include "Files.h"
+
+#include <csignal>
+
+namespace verdin::test {
+namespace {
+
+using namespace std::chrono_literals;
+
+std::string Quoted(const std::string& path) { return "\"" + path + "\""; }
+
+TEST_F(SystemTest, TwoPlayExecutesReplaceThenAppendWithoutInterrupting) {
+    SeedSettings([](Settings& s) { UseNullSoundCard(s); });
+    const std::string a = Tone("a.wav", 20, 440), b = Tone("b.wav", 20, 550), old = Tone("old.wav", 1, 330);
+    auto player = Start({"--headless", old});
+    ASSERT_EQ(player->RowCount(), 1);
+
+    ASSERT_TRUE(player->Call("Execute", {"/PLAY " + Quoted(a)}, "/System"));
+    EXPECT_EQ(player->RowCount(), 1) << "the first /PLAY replaces the list";
+    EXPECT_TRUE(WaitFor([&] { return player->Status() == "playing"; }, 5s));
+    const auto firstRows = player->Call("Rows");
+    ASSERT_TRUE(firstRows);
+    EXPECT_NE(firstRows->find("'a'"), std::string::npos) << *firstRows;
+
+    ASSERT_TRUE(player->Call("Execute", {"/PLAY " + Quoted(b)}, "/System"));
+    EXPECT_EQ(player->RowCount(), 2) << "the second appends";
+    EXPECT_EQ(player->Status(), "playing");
+    EXPECT_EQ(player->CurrentRow(), 0) << "and does not interrupt";
+
+    // Any command in between clears the rule: the next /PLAY replaces again.
+    ASSERT_TRUE(player->Call("Command", {"50052"}));  // loop mode, like a key press
+    ASSERT_TRUE(player->Call("Execute", {"/PLAY " + Quoted(b)}, "/System"));
+    EXPECT_EQ(player->RowCount(), 1);
+    player->Call("Quit");
+    EXPECT_EQ(player->WaitForExit(), 0) << player->Output();
+}
+
+TEST_F(SystemTest, APathOnTheCommandLineIsAddedNotPlayedAndTheDefaultPlaylistStaysUnloaded) {
+    SeedSettings([](Settings& s) {
+        UseNullSoundCard(s);
+        s.autoPlayAtStartup = 1;
+    });
+    const std::string saved = Tone("saved.wav", 1, 300), given = Tone("given.wav", 1, 600);
+    WriteFile(home_.DefaultPlaylist(), "[Verdin Advanced Playlist]\r\nVersion=1.00\r\n[Entries]\r\nEntry1=" + saved +
+                                           "\r\nNumberOfEntries=1\r\n");
+    auto player = Start({"--headless", given});
+    const auto rows = player->Call("Rows");
+    ASSERT_TRUE(rows);
+    EXPECT_NE(rows->find("'given'"), std::string::npos) << *rows;
+    EXPECT_EQ(rows->find("'saved'"), std::string::npos) << *rows;
+    EXPECT_EQ(player->CurrentRow(), 0);
+    EXPECT_EQ(player->Status(), "stopped");
+}
+
+TEST_F(SystemTest, TheSavedCurrentRowIsRestoredWhenItExistsAndAutoPlayStartsIt) {
+    std::string entries;
+    for (int i = 1; i <= 3; ++i)
+        entries += "Entry" + std::to_string(i) + "=" + Tone("t" + std::to_string(i) + ".wav", 10, 200.0 * i) + "\r\n";
+    const std::string playlist =
+        "[Verdin Advanced Playlist]\r\nVersion=1.00\r\n[Entries]\r\n" + entries + "NumberOfEntries=3\r\n";
+    for (const auto& [saved, expected] : {std::pair{2, 2}, std::pair{3, 0}, std::pair{99, 0}}) {
+        SCOPED_TRACE(saved);
+        WriteFile(home_.DefaultPlaylist(), playlist);
+        SeedSettings([saved = saved](Settings& s) {
+            UseNullSoundCard(s);
+            s.savedCurrentIndex = saved;
+            s.autoPlayAtStartup = 1;
+        });
+        auto player = Start({"--headless"});
+        EXPECT_EQ(player->CurrentRow(), expected);
+        EXPECT_TRUE(WaitFor([&] { return player->Status() == "playing"; }, 5s));
+        player->Signal(SIGTERM);
+        EXPECT_EQ(player->WaitForExit(), 0);
+    }
+}
+
+TEST_F(SystemTest, ASecondStartHandsItsCommandLineToTheRunningInstance) {
+    SeedSettings([](Settings& s) { UseNullSoundCard(s); });
+    const std::string first = Tone("first.wav", 1, 440), second = Tone("second one.wav", 1, 660);
+    auto player = Start({"--headless", first});
+    const auto [code, output] = RunSecondStart(home_, bus_, {second});
+    EXPECT_EQ(code, 0) << output;
+    EXPECT_EQ(player->RowCount(), 2);
+    const auto rows = player->Call("Rows");
+    ASSERT_TRUE(rows);
+    EXPECT_NE(rows->find("'second one'"), std::string::npos) << "a path with a blank stays one path: " << *rows;
+}
+
+TEST_F(SystemTest, SigtermSavesThePlaylistAndTheSettings) {
+    SeedSettings([](Settings& s) { UseNullSoundCard(s); });
+    const std::string a = Tone("a.wav", 1, 440), b = Tone("b.wav", 1, 550);
+    auto player = Start({"--headless", a, b});
+    ASSERT_TRUE(player->Call("Command", {"50053"}));  // shuffle on
+    ASSERT_TRUE(player->Call("PlayRow", {"1"}));
+    player->Signal(SIGTERM);
+    ASSERT_EQ(player->WaitForExit(), 0) << player->Output();
+    const std::string saved = ReadFile(home_.DefaultPlaylist());
+    EXPECT_EQ(saved, "[Verdin Advanced Playlist]\r\nVersion=1.00\r\n[Entries]\r\nEntry1=" + a + "\r\nEntry2=" + b +
+                         "\r\nNumberOfEntries=2\r\n");
+    const Settings settings = LoadSavedSettings();
+    EXPECT_EQ(settings.shuffleMode, 1);
+    EXPECT_EQ(settings.savedCurrentIndex, 1);
+}
+
+TEST_F(SystemTest, KillingThePlayerWhileItSavesNeverLeavesABrokenFile) {
+    SeedSettings([](Settings& s) { UseNullSoundCard(s); });
+    std::string entries;
+    const std::string track = Tone("a.wav", 0.1, 440);
+    for (int i = 1; i <= 20000; ++i) entries += "Entry" + std::to_string(i) + "=" + track + "\r\n";
+    const std::string playlist =
+        "[Verdin Advanced Playlist]\r\nVersion=1.00\r\n[Entries]\r\n" + entries + "NumberOfEntries=20000\r\n";
+    WriteFile(home_.DefaultPlaylist(), playlist);
+    for (int round = 0; round < 6; ++round) {
+        SCOPED_TRACE(round);
+        auto player = Start({"--headless"});
+        player->Signal(SIGTERM);
+        struct timespec t {0, round * 4 * 1000 * 1000};
+        nanosleep(&t, nullptr);
+        player->Signal(SIGKILL);
+        player->WaitForExit();
+        // Whatever moment the kill came, the files are whole: the old one or the new one.
+        EXPECT_EQ(ReadFile(home_.DefaultPlaylist()), playlist);
+        const Settings settings = LoadSavedSettings();
+        EXPECT_EQ(settings.version, 28);
+    }
+}
+
+TEST_F(SystemTest, HelpAndVersionAnswerWithoutStartingAPlayer) {
+    const auto [helpCode, help] = RunSecondStart(home_, bus_, {"--help"});
+    EXPECT_EQ(helpCode, 0);
+    EXPECT_NE(help.find("--headless"), std::string::npos);
+    const auto [versionCode, version] = RunSecondStart(home_, bus_, {"--version"});
+    EXPECT_EQ(versionCode, 0);
+    EXPECT_EQ(version.rfind("Verdin ", 0), 0u) << version;
+    const auto [badCode, bad] = RunSecondStart(home_, bus_, {"--no-such-option"});
+    EXPECT_EQ(badCode, 2) << bad;
+}
+
+}  // namespace
+}  // namespace verdin::test

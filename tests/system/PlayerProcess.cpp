@@ -1,0 +1,164 @@
+#include "PlayerProcess.h"
+
+#include "Files.h"
+#include "Process.h"
+
+#include <cerrno>
+#include <csignal>
+#include <cstdlib>
+#include <fcntl.h>
+#include <spawn.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+extern char** environ;
+
+namespace verdin::test {
+
+namespace {
+
+pid_t Spawn(const std::vector<std::string>& argv, const std::vector<std::string>& extraEnvironment,
+            const std::string& outputFile) {
+    std::vector<std::string> environment;
+    for (char** e = environ; *e; ++e) environment.emplace_back(*e);
+    for (const std::string& extra : extraEnvironment) {
+        const std::string key = extra.substr(0, extra.find('=') + 1);
+        std::erase_if(environment, [&](const std::string& e) { return e.rfind(key, 0) == 0; });
+        environment.push_back(extra);
+    }
+    std::vector<char*> envp;
+    for (auto& e : environment) envp.push_back(e.data());
+    envp.push_back(nullptr);
+    std::vector<char*> args;
+    for (const auto& a : argv) args.push_back(const_cast<char*>(a.c_str()));
+    args.push_back(nullptr);
+
+    posix_spawn_file_actions_t actions;
+    posix_spawn_file_actions_init(&actions);
+    posix_spawn_file_actions_addopen(&actions, 0, "/dev/null", O_RDONLY, 0);
+    posix_spawn_file_actions_addopen(&actions, 1, outputFile.c_str(), O_WRONLY | O_CREAT | O_APPEND, 0644);
+    posix_spawn_file_actions_adddup2(&actions, 1, 2);
+    pid_t pid = -1;
+    if (posix_spawnp(&pid, args[0], &actions, nullptr, args.data(), envp.data()) != 0) pid = -1;
+    posix_spawn_file_actions_destroy(&actions);
+    return pid;
+}
+
+std::string Program() { return std::string(VERDIN_TEST_BUILD_DIR) + "/bin/verdin"; }
+
+}  // namespace
+
+PrivateBus::PrivateBus() {
+    const std::string addressFile = dir_.file("address");
+    const std::string config = dir_.file("session.conf");
+    WriteFile(config,
+              "<!DOCTYPE busconfig PUBLIC \"-//freedesktop//DTD D-Bus Bus Configuration 1.0//EN\"\n"
+              " \"http://www.freedesktop.org/standards/dbus/1.0/busconfig.dtd\">\n"
+              "<busconfig><type>session</type><listen>unix:dir=" + dir_.str() + "</listen>"
+              "<policy context=\"default\"><allow send_destination=\"*\" eavesdrop=\"true\"/>"
+              "<allow eavesdrop=\"true\"/><allow own=\"*\"/></policy></busconfig>\n");
+    pid_ = Spawn({"dbus-daemon", "--config-file=" + config, "--nofork", "--nopidfile", "--print-address=1"}, {},
+                 addressFile);
+    if (pid_ <= 0) return;
+    WaitFor([&] { return FileExists(addressFile) && ReadFile(addressFile).find('\n') != std::string::npos; },
+            std::chrono::seconds(10));
+    if (FileExists(addressFile)) {
+        address_ = ReadFile(addressFile);
+        address_ = address_.substr(0, address_.find('\n'));
+    }
+}
+
+PrivateBus::~PrivateBus() {
+    if (pid_ > 0) {
+        ::kill(pid_, SIGTERM);
+        ::waitpid(pid_, nullptr, 0);
+    }
+}
+
+std::vector<std::string> PlayerHome::Environment(const PrivateBus& bus) const {
+    return {"DBUS_SESSION_BUS_ADDRESS=" + bus.Address(), "XDG_CONFIG_HOME=" + dir.file("config"),
+            "XDG_DATA_HOME=" + dir.file("data"), "HOME=" + dir.file("home"), "XDG_RUNTIME_DIR=" + dir.file("run"),
+            "DISPLAY=", "WAYLAND_DISPLAY=", "QT_QPA_PLATFORM="};
+}
+
+PlayerProcess::PlayerProcess(const PlayerHome& home, const PrivateBus& bus, const std::vector<std::string>& arguments)
+    : home_(home), bus_(bus) {
+    for (const char* sub : {"config", "data", "home", "run"}) ::mkdir(home.dir.file(sub).c_str(), 0700);
+    std::vector<std::string> argv{Program()};
+    argv.insert(argv.end(), arguments.begin(), arguments.end());
+    pid_ = Spawn(argv, home.Environment(bus), logDir_.file("output"));
+}
+
+PlayerProcess::~PlayerProcess() {
+    if (pid_ > 0 && exitCode_ == -2) {
+        ::kill(pid_, SIGKILL);
+        ::waitpid(pid_, nullptr, 0);
+    }
+}
+
+bool PlayerProcess::WaitUntilAnswering(std::chrono::milliseconds limit) {
+    return WaitFor([&] { return Call("PlayerStatus").has_value(); }, limit);
+}
+
+std::optional<std::string> PlayerProcess::Call(const std::string& method, const std::vector<std::string>& arguments,
+                                               const std::string& path) {
+    const std::string interface = path == "/System" ? "org.brimfell.Verdin.System" : "org.brimfell.Verdin.Player";
+    std::vector<std::string> argv{"env", "DBUS_SESSION_BUS_ADDRESS=" + bus_.Address(), "gdbus", "call", "--session",
+                                  "--dest",  "org.brimfell.Verdin", "--object-path", path, "--method",
+                                  interface + "." + method};
+    argv.insert(argv.end(), arguments.begin(), arguments.end());
+    const CommandResult result = RunCommand(argv);
+    if (result.exitCode != 0) return std::nullopt;
+    std::string reply = result.output;
+    while (!reply.empty() && (reply.back() == '\n' || reply.back() == ' ')) reply.pop_back();
+    return reply;
+}
+
+std::string PlayerProcess::Status() {
+    const auto reply = Call("PlayerStatus");
+    if (!reply || reply->size() < 5) return "";
+    return reply->substr(2, reply->size() - 5);  // ('playing',)
+}
+
+int PlayerProcess::CurrentRow() {
+    const auto reply = Call("CurrentRow");
+    return reply ? std::atoi(reply->c_str() + 1) : -99;
+}
+
+int PlayerProcess::RowCount() {
+    const auto reply = Call("Rows");
+    if (!reply) return -1;
+    int rows = 0;
+    for (size_t at = reply->find("(", 2); at != std::string::npos; at = reply->find("), (", at + 1)) ++rows;
+    return reply->find("[]") != std::string::npos ? 0 : rows;
+}
+
+void PlayerProcess::Signal(int signal) {
+    if (pid_ > 0) ::kill(pid_, signal);
+}
+
+int PlayerProcess::WaitForExit(std::chrono::milliseconds limit) {
+    if (exitCode_ != -2) return exitCode_;
+    int status = 0;
+    const bool ended = WaitFor([&] { return ::waitpid(pid_, &status, WNOHANG) == pid_; }, limit);
+    if (!ended) return -1;
+    exitCode_ = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+    return exitCode_;
+}
+
+std::string PlayerProcess::Output() const {
+    return FileExists(logDir_.file("output")) ? ReadFile(logDir_.file("output")) : std::string();
+}
+
+std::pair<int, std::string> RunSecondStart(const PlayerHome& home, const PrivateBus& bus,
+                                           const std::vector<std::string>& arguments) {
+    std::vector<std::string> argv{"env"};
+    for (const std::string& e : home.Environment(bus)) argv.push_back(e);
+    argv.push_back(Program());
+    argv.insert(argv.end(), arguments.begin(), arguments.end());
+    const CommandResult result = RunCommand(argv);
+    return {result.exitCode, result.output};
+}
+
+}  // namespace verdin::test
