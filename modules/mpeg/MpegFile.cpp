@@ -1,7 +1,5 @@
 #include "MpegFile.h"
 
-#include <unistd.h>
-
 namespace verdin::mpeg {
 
 MpegFile::~MpegFile() {
@@ -19,8 +17,7 @@ bool MpegFile::Open(const char* path, uint32_t dataOffset) {
     if (!handle_) return false;
     file_ = RegularFile::Open(path);
     if (!file_ || dataOffset >= file_->size()) return false;
-    source_ = MpegFileSource{file_->fd(), dataOffset};
-    if (::lseek(source_.fd, source_.dataOffset, SEEK_SET) < 0) return false;
+    source_ = MpegFileSource{file_->fd(), dataOffset, static_cast<int64_t>(file_->size() - dataOffset), 0};
 
     // Set again for every file: closing a file may drop the handle's reader settings.
     if (mpg123_replace_reader_handle(handle_, ReadMpegFileSource, SeekMpegFileSource, nullptr) != MPG123_OK)

@@ -1,36 +1,33 @@
 #include "MpegFileSource.h"
 
 #include <cerrno>
+#include <cstdio>
 #include <unistd.h>
 
 namespace verdin::mpeg {
 
 ssize_t ReadMpegFileSource(void* handle, void* buffer, size_t bytes) {
-    const auto* source = static_cast<const MpegFileSource*>(handle);
+    auto* source = static_cast<MpegFileSource*>(handle);
     for (;;) {
-        const ssize_t n = ::read(source->fd, buffer, bytes);
+        const ssize_t n = ::pread(source->fd, buffer, bytes, source->dataOffset + source->position);
+        if (n > 0) source->position += n;
         if (n >= 0 || errno != EINTR) return n;
     }
 }
 
 off_t SeekMpegFileSource(void* handle, off_t offset, int whence) {
-    const auto* source = static_cast<const MpegFileSource*>(handle);
-    if (whence == SEEK_SET) {
-        if (offset < 0) {
-            errno = EINVAL;
-            return -1;
-        }
-        offset += source->dataOffset;
-    }
-    const off_t reached = ::lseek(source->fd, offset, whence);
-    if (reached < 0) return reached;
-    if (reached < source->dataOffset) {
-        // Never hand the decoder a position inside the tag it is not meant to see.
-        ::lseek(source->fd, source->dataOffset, SEEK_SET);
+    auto* source = static_cast<MpegFileSource*>(handle);
+    int64_t target = offset;
+    if (whence == SEEK_CUR) target += source->position;
+    else if (whence == SEEK_END) target += source->length;
+    else if (whence != SEEK_SET) target = -1;
+    if (target < 0) {
+        // Never a position inside the tag the decoder is not meant to see.
         errno = EINVAL;
         return -1;
     }
-    return reached - source->dataOffset;
+    source->position = target;
+    return static_cast<off_t>(target);
 }
 
 }  // namespace verdin::mpeg

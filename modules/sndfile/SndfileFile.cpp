@@ -1,7 +1,5 @@
 #include "SndfileFile.h"
 
-#include <unistd.h>
-
 namespace verdin::sndfile {
 
 SndfileFile::~SndfileFile() {
@@ -19,9 +17,7 @@ bool SndfileFile::Open(const char* path, uint32_t dataOffset) {
     file_ = RegularFile::Open(path);
     if (!file_ || dataOffset >= file_->size()) return false;
     source_ = SndfileSource{file_->fd(), static_cast<sf_count_t>(dataOffset),
-                            static_cast<sf_count_t>(file_->size() - dataOffset)};
-    // libsndfile starts reading wherever the descriptor stands.
-    if (::lseek(source_.fd, source_.dataOffset, SEEK_SET) < 0) return false;
+                            static_cast<sf_count_t>(file_->size() - dataOffset), 0};
     info_ = SF_INFO{};
     handle_ = sf_open_virtual(&kSndfileSourceIo, SFM_READ, &info_, &source_);
     if (!handle_) return false;

@@ -1,6 +1,7 @@
 #include "SndfileSource.h"
 
 #include <cerrno>
+#include <cstdio>
 #include <unistd.h>
 
 namespace verdin::sndfile {
@@ -16,28 +17,30 @@ sf_count_t Length(void* data) {
 }
 
 sf_count_t Tell(void* data) {
-    const SndfileSource* source = SourceOf(data);
-    const off_t at = ::lseek(source->fd, 0, SEEK_CUR);
-    return at < 0 ? -1 : at - source->dataOffset;
+    return SourceOf(data)->position;
 }
 
 sf_count_t Seek(sf_count_t offset, int whence, void* data) {
-    const SndfileSource* source = SourceOf(data);
+    SndfileSource* source = SourceOf(data);
     sf_count_t target = offset;
-    if (whence == SEEK_CUR) target += Tell(data);
+    if (whence == SEEK_CUR) target += source->position;
     else if (whence == SEEK_END) target += source->length;
     else if (whence != SEEK_SET) return -1;
     if (target < 0) return -1;
-    const off_t reached = ::lseek(source->fd, target + source->dataOffset, SEEK_SET);
-    return reached < 0 ? -1 : reached - source->dataOffset;
+    source->position = target;
+    return target;
 }
 
 sf_count_t Read(void* buffer, sf_count_t bytes, void* data) {
-    const SndfileSource* source = SourceOf(data);
+    SndfileSource* source = SourceOf(data);
+    if (bytes <= 0) return 0;
     for (;;) {
-        const ssize_t n = ::read(source->fd, buffer, static_cast<size_t>(bytes));
-        if (n >= 0) return n;
-        if (errno != EINTR) return 0;
+        const ssize_t n = ::pread(source->fd, buffer, static_cast<size_t>(bytes), source->dataOffset + source->position);
+        if (n >= 0) {
+            source->position += n;
+            return n;
+        }
+        if (errno != EINTR) return 0;  // libsndfile takes a short read as the end
     }
 }
 

@@ -16,9 +16,7 @@ std::optional<RegularFile> RegularFile::Open(const char* path) {
         ::close(fd);
         return std::nullopt;
     }
-    // Regular files never block; clearing the flag keeps reads plain.
-    const int flags = ::fcntl(fd, F_GETFL);
-    if (flags >= 0) ::fcntl(fd, F_SETFL, flags & ~O_NONBLOCK);
+    // O_NONBLOCK stays set: it has no effect on a regular file.
     return RegularFile(fd, static_cast<uint64_t>(st.st_size));
 }
 
