@@ -24,14 +24,12 @@ std::string EntryToPath(std::string_view entry, std::string_view playlistDirecto
 
 std::string EntryText(const PlaylistItem& item, std::string_view playlistDirectory) {
     const std::string path = item.Path();
-    std::string text;
-    if (StartsWithIgnoreCase(path, playlistDirectory))
-        text.append(path, playlistDirectory.size());  // empty when path is the directory
-    else
-        text.append(path);
-    text.append(item.Body());
-    text.append(item.Extension());
-    return text;
+    std::string whole = path + item.Body() + item.Extension();
+    if (!StartsWithIgnoreCase(path, playlistDirectory)) return whole;
+    // The rest after the directory (just body and extension when path is the directory);
+    // a rest that would read back as absolute ("dir//x" leaves "/x") is written whole.
+    std::string relative = whole.substr(playlistDirectory.size());
+    return IsAbsoluteEntry(relative) ? whole : relative;
 }
 
 }  // namespace verdin

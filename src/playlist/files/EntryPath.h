@@ -22,7 +22,8 @@ std::string EntryToPath(std::string_view entry, std::string_view playlistDirecto
 
 // The text an item is written as, for a playlist whose directory (ending in "/") is given:
 //   the item's path begins with the directory and is longer: the rest of its path, body
-//   and extension; it is the directory itself: body and extension; else the full name.
+//   and extension; it is the directory itself: body and extension; else the full name
+//   (also when the rest would read back as absolute, as "/x" left by "dir//x" would).
 // A nested playlist is written as the name of its file, a URL as its full text.
 std::string EntryText(const PlaylistItem& item, std::string_view playlistDirectory);
 

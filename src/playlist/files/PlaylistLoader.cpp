@@ -77,6 +77,10 @@ std::string_view AsBufferValue(std::string_view value) {
     return value.substr(0, kIniValueLength);
 }
 
+void MergeSlashes(std::string& path) {
+    path.erase(std::unique(path.begin(), path.end(), [](char a, char b) { return a == '/' && b == '/'; }), path.end());
+}
+
 class Loader {
 public:
     explicit Loader(const LoadContext& context) : context_(context) {}
@@ -86,7 +90,16 @@ public:
             AppendTrack(parent, path);
             return true;
         }
-        const std::optional<std::string> found = lookup_.Find(std::string(path));
+        return LoadLocal(parent, std::string(path));
+    }
+
+    bool LoadLocal(Playlist& parent, std::string path) {
+        // Repeated slashes are one on this system, and merging them keeps names that would
+        // be misread when written back: "\\x.mp3" in a playlist names ".../x.mp3", not
+        // ".../" + "/x.mp3" (which would be written as the absolute "/x.mp3"), and
+        // "http:\\\\x" names ".../http:/x", not an address.
+        MergeSlashes(path);
+        const std::optional<std::string> found = lookup_.Find(path);
         if (!found) return false;
         const TrackName name = SplitTrackName(*found);
         const PlaylistFileKind* kind = KindOf(name.extension);
@@ -126,8 +139,11 @@ private:
         parent.AppendItem(std::make_unique<TrackItem>(std::move(track)));
     }
 
+    // Whether an entry is an address is decided on the entry as written.
     void LoadEntry(Playlist& playlist, std::string_view entry, std::string_view directory) {
-        if (!entry.empty()) Load(playlist, EntryToPath(entry, directory));
+        if (entry.empty()) return;
+        if (IsAbsoluteEntry(entry)) Load(playlist, entry);
+        else LoadLocal(playlist, EntryToPath(entry, directory));
     }
 
     // Reads the file's entries into playlist with the file on the chain of nesting.

@@ -16,11 +16,25 @@ namespace {
 
 constexpr std::string_view kLineEnd = "\r\n";
 
+// Whether reading the value back would change it: the INI reader trims blanks around a
+// value and takes the quotes off a value wholly in quotes.
+bool ReaderWouldAlter(std::string_view value) {
+    if (value.empty()) return false;
+    const auto blank = [](char c) { return c == ' ' || c == '\t'; };
+    if (blank(value.front()) || blank(value.back())) return true;
+    return value.size() >= 2 && (value.front() == '"' || value.front() == '\'') && value.back() == value.front();
+}
+
+// "<key><number>=<value>"; a value the reader would alter is put in quotes, which the
+// reader takes off again, so every name survives the trip.
 void AppendLine(std::string& out, std::string_view key, size_t number, std::string_view value) {
     out.append(key);
     out.append(std::to_string(number));
     out.push_back('=');
+    const bool quote = ReaderWouldAlter(value);
+    if (quote) out.push_back('"');
     out.append(value);
+    if (quote) out.push_back('"');
     out.append(kLineEnd);
 }
 
@@ -51,6 +65,7 @@ bool MayCreate(const std::string& name) {
 }  // namespace
 
 std::string PlaylistFileText(const Playlist& playlist, PlaylistFormat format) {
+    if (!IsPlaylistFormat(format)) return {};
     const std::string directory = playlist.Path();
     std::string out;
     out.reserve(64 + playlist.ItemCount() * 64);

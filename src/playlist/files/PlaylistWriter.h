@@ -10,7 +10,8 @@
 //         and "NumberOfEntries=<items>"
 //
 // Entries are written relative to the playlist's directory where they lie inside it
-// (EntryPath.h).
+// (EntryPath.h). In PLS and ".vdp" files, a value that reading would alter (blanks at
+// either end, wholly in quotes) is written in double quotes, which reading takes off.
 #include "playlist/files/PlaylistFormat.h"
 
 #include <string>

@@ -57,6 +57,8 @@ TEST(EntryPath, ItemsInsideThePlaylistsDirectoryAreWrittenRelative) {
         {"http://h/a.mp3", "http://h/", "a.mp3"},               // the same rule for any path text
         {"/Lists/a.mp3", "", "/Lists/a.mp3"},
         {"a.mp3", "", "a.mp3"},
+        {"/Lists//a.mp3", "/Lists/", "/Lists//a.mp3"},           // "/a.mp3" would be another file
+        {"/Lists/http://x", "/Lists/", "/Lists/http://x"},       // "http://x" would be an address
     };
     for (const auto& c : cases) {
         EXPECT_EQ(EntryText(TrackItem(c.name), c.directory), c.text) << c.name << " in " << c.directory;

@@ -33,6 +33,18 @@ TEST_F(Loading, M3uEntriesAreTakenRelativeToTheirPlaylist) {
                       " | $/other/d.wav | http://radio.example/live | $/lists/../#hash.mp3 ]");
 }
 
+TEST_F(Loading, RepeatedSlashesAreOneAndARelativeEntryNeverBecomesAnAddress) {
+    Write("http:/host/a.mp3");
+    Write("b.mp3");
+    Write("l.m3u", "http:\\\\host\\a.mp3\nhttp:\\\\missing\n\\b.mp3\n.//b.mp3\n");
+    EXPECT_TRUE(Load(PathOf("l.m3u")));
+    EXPECT_TRUE(Load(PathOf("l.m3u").replace(dir_.str().size(), 1, "///")));
+    EXPECT_EQ(Tree(), "$/l.m3u[ $/http:/host/a.mp3 | $/b.mp3 | $/./b.mp3 ]"
+                      " | $/l.m3u[ $/http:/host/a.mp3 | $/b.mp3 | $/./b.mp3 ]");
+    const auto& track = static_cast<const TrackItem&>(*NestedAt(0).ItemAt(0)).Track();
+    EXPECT_FALSE(track.IsUrl());
+}
+
 TEST_F(Loading, AnEmptyLineEndsAnM3u) {
     for (const char* name : {"a.mp3", "b.mp3", "c.mp3", "d.mp3"}) Write(name);
     Write("l.m3u", "a.mp3\nb.mp3\n\nc.mp3\n");

@@ -214,6 +214,24 @@ TEST_F(Saving, ReplacingAFileLeavesNoTemporaryFilesAndKeepsLinks) {
     EXPECT_EQ(FilesIn("links"), std::vector<std::string>{"mix.m3u"});
 }
 
+TEST_F(Saving, NamesTheIniReaderWouldAlterAreQuoted) {
+    Write("l/ padded .mp3");
+    Write("l/\"quoted\"");
+    Write("l/'half.mp3");
+    Playlist list(PathOf("l/list.vdp"));
+    for (const char* name : {"l/ padded .mp3", "l/\"quoted\"", "l/'half.mp3"})
+        list.AppendItem(std::make_unique<TrackItem>(PathOf(name)));
+    list.AppendItem(std::make_unique<RandomEntry>("ARTIST = \"x\" "));
+    ASSERT_TRUE(SavePlaylist(list, PathOf("l/list.vdp"), PlaylistFormat::kVdp));
+    EXPECT_EQ(ReadFile(PathOf("l/list.vdp")),
+              "[Verdin Advanced Playlist]\r\nVersion=1.00\r\n[Entries]\r\nEntry1=\" padded .mp3\"\r\n"
+              "Entry2=\"\"quoted\"\"\r\nEntry3='half.mp3\r\nEntry4=\";ARTIST = \"x\" \"\r\nNumberOfEntries=4\r\n");
+    ASSERT_TRUE(SavePlaylist(list, PathOf("l/list.pls"), PlaylistFormat::kPls));
+    for (const char* name : {"l/list.vdp", "l/list.pls"}) ASSERT_TRUE(Load(PathOf(name)));
+    EXPECT_EQ(Tree(), "$/l/list.vdp[ $/l/ padded .mp3 | $/l/\"quoted\" | $/l/'half.mp3 | ?ARTIST = \"x\"  ]"
+                      " | $/l/list.pls[ $/l/ padded .mp3 | $/l/\"quoted\" | $/l/'half.mp3 ]");
+}
+
 TEST_F(Saving, RoundTripsKeepEveryEntryTheFormatCanHold) {
     Write("Lists/a.mp3");
     Write("Lists/Sub/b.ogg");
