@@ -34,12 +34,23 @@ PlayerCore::~PlayerCore() {
 }
 
 void PlayerCore::LoadPlugins(void* mainWindow) {
+    mainWindow_ = mainWindow;
     dspLibraries_ = std::make_unique<DspLibraryList>(static_cast<VerdinHostWindow*>(mainWindow),
                                                      settings_.dspPluginsSearchPath);
     dsp_ = std::make_unique<DspHost>();
     const std::vector<DspModuleRef> refs = ParseDspPlugins(settings_.dspPlugins);
     dsp_->SetActiveList(*dspLibraries_, refs);
     modules_.LoadInputModules(settings_.inputPluginsSearchPath, mainWindow);
+}
+
+void PlayerCore::ApplyDspModules(const std::string& searchPath, const std::vector<DspModuleRef>& refs) {
+    if (!dspLibraries_ || searchPath != settings_.dspPluginsSearchPath) {
+        dspLibraries_ = std::make_unique<DspLibraryList>(static_cast<VerdinHostWindow*>(mainWindow_), searchPath);
+        settings_.dspPluginsSearchPath = searchPath;
+    }
+    if (!dsp_) dsp_ = std::make_unique<DspHost>();
+    dsp_->SetActiveList(*dspLibraries_, refs);
+    settings_.dspPlugins = FormatDspPlugins(refs);
 }
 
 void PlayerCore::StartUp(std::string_view commandText) {

@@ -35,6 +35,7 @@ namespace verdin {
 
 class DspHost;
 class DspLibraryList;
+struct DspModuleRef;
 
 // Where a command that inserts or deletes acts: the playlist view's selection when the
 // view has the keyboard focus, else the end of the main playlist.
@@ -95,6 +96,16 @@ public:
     const InputModuleList& Modules() const { return modules_; }
     Settings& GetSettings() { return settings_; }
     const SettingsEnvironment& Environment() const { return environment_; }
+    // Whoever runs the player: message boxes and redrawing, for the dialogs.
+    PlayerHost& Host() { return host_; }
+    // The DSP plug-in libraries found on "dspPluginsSearchPath" and the DSP host; null
+    // before LoadPlugins.
+    DspLibraryList* DspLibraries() const { return dspLibraries_.get(); }
+    DspHost* Dsp() const { return dsp_.get(); }
+    // The DSP options page's Apply: a search path that differs from "dspPluginsSearchPath"
+    // is enumerated anew and stored; then the active list and "dspPlugins" are rebuilt
+    // from refs, in order.
+    void ApplyDspModules(const std::string& searchPath, const std::vector<DspModuleRef>& refs);
     SampleSpace& Samples() { return sampleSpace_; }
     Stream* CurrentStream() const { return current_.get(); }
     Stream* NextPreparedStream() const { return next_.get(); }
@@ -161,6 +172,7 @@ private:
     InputModuleList modules_;
     std::unique_ptr<DspLibraryList> dspLibraries_;
     std::unique_ptr<DspHost> dsp_;
+    void* mainWindow_ = nullptr;  // the plug-ins' parent window record, from LoadPlugins
     Playlist main_;
     PlayOrder order_;
     SampleSpace sampleSpace_;
