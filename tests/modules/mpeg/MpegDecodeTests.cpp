@@ -3,8 +3,6 @@
 #include "DecoderUnderTest.h"
 #include "MpegFixtures.h"
 
-#include <atomic>
-#include <thread>
 
 namespace verdin::test {
 namespace {
@@ -90,23 +88,9 @@ TEST_F(MpegModuleTest, SeekBackAfterDecodingAndPastTheEnd) {
 }
 
 TEST_F(MpegModuleTest, EqualizerCallsFromAnotherThreadLeaveTheDecodeAlone) {
-    const Mp3Fixture& f = Cbr();
-    DecoderUnderTest decoder(plugin_.module(), f.path);
+    DecoderUnderTest decoder(plugin_.module(), Cbr().path);
     ASSERT_TRUE(decoder.valid());
-    // The user-interface thread may switch and set the equalizer while Decode runs.
-    std::atomic<bool> decoding{true};  // written by this thread at the end, read by the caller thread
-    std::thread caller([&] {
-        EqualizerValues values{};
-        for (int32_t i = 0; decoding.load(std::memory_order_acquire); ++i) {
-            decoder.get()->ops->SetEqualizerEnabled(decoder.get(), i & 1);
-            values.gain[i & 15] = i % 24 - 12;
-            decoder.get()->ops->SetEqualizerValues(decoder.get(), &values);
-        }
-    });
-    const std::vector<uint8_t> pcm = decoder.DecodeToEnd(f.frameBytes());
-    decoding.store(false, std::memory_order_release);
-    caller.join();
-    EXPECT_TRUE(pcm == f.reference);
+    EXPECT_TRUE(decoder.DecodeToEndWhileEqualizerChanges(Cbr().frameBytes()) == Cbr().reference);
 }
 
 }  // namespace

@@ -7,6 +7,7 @@
 
 #include <filesystem>
 #include <sys/stat.h>
+#include <unistd.h>
 
 namespace verdin::test {
 namespace {
@@ -20,10 +21,11 @@ TEST_F(MpegModuleTest, RefusesWhatIsNotAReadableMpegFile) {
     std::filesystem::create_directory(dir.file("folder.mp3"));
     ASSERT_EQ(mkfifo(dir.file("pipe.mp3").c_str(), 0600), 0);  // would block a plain open()
 
-    const struct {
+    struct Case {
         std::string label, path;
         uint32_t dataOffset;
-    } cases[] = {
+    };
+    std::vector<Case> cases = {
         {"zero-length file", dir.file("empty.mp3"), 0},
         {"random bytes", dir.file("garbage.mp3"), 0},
         {"three bytes of a header", dir.file("three_bytes.mp3"), 0},
@@ -33,6 +35,11 @@ TEST_F(MpegModuleTest, RefusesWhatIsNotAReadableMpegFile) {
         {"a URL", "http://localhost:1/stream.mp3", 0},
         {"data offset past the end", Cbr().path, 1u << 30},
     };
+    if (geteuid() != 0) {  // permissions do not stop root
+        WriteFile(dir.file("locked.mp3"), "unreadable");
+        chmod(dir.file("locked.mp3").c_str(), 0);
+        cases.push_back({"an unreadable file", dir.file("locked.mp3"), 0});
+    }
     for (const auto& c : cases) {
         SCOPED_TRACE(c.label);
         EXPECT_FALSE(plugin_.Info(c.path, c.dataOffset));

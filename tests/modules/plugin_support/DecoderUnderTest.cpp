@@ -2,6 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <atomic>
+#include <thread>
+
 namespace verdin::test {
 
 DecoderUnderTest::DecoderUnderTest(InputModule* module, const std::string& path, uint32_t dataOffset)
@@ -29,6 +32,23 @@ std::vector<uint8_t> DecoderUnderTest::DecodeToEnd(uint32_t frameBytes, size_t m
         const auto* first = static_cast<const uint8_t*>(block);
         pcm.insert(pcm.end(), first, first + bytes);
     }
+    return pcm;
+}
+
+std::vector<uint8_t> DecoderUnderTest::DecodeToEndWhileEqualizerChanges(uint32_t frameBytes) {
+    if (!decoder_) return {};
+    std::atomic<bool> decoding{true};  // written by the decoding thread at the end, read by the caller
+    std::thread caller([&] {
+        EqualizerValues values{};
+        for (int32_t i = 0; decoding.load(std::memory_order_acquire); ++i) {
+            decoder_->ops->SetEqualizerEnabled(decoder_, i & 1);
+            values.gain[i & 15] = i % 24 - 12;
+            decoder_->ops->SetEqualizerValues(decoder_, &values);
+        }
+    });
+    std::vector<uint8_t> pcm = DecodeToEnd(frameBytes);
+    decoding.store(false, std::memory_order_release);
+    caller.join();
     return pcm;
 }
 

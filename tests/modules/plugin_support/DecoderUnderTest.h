@@ -22,6 +22,9 @@ public:
     // Every block until Decode returns 0, appended. Each block must be a whole number of
     // frames of frameBytes; a decoder that never ends fails the test after maxBlocks.
     std::vector<uint8_t> DecodeToEnd(uint32_t frameBytes, size_t maxBlocks = 1000000);
+    // DecodeToEnd while another thread keeps switching the equalizer and sending values,
+    // as the user-interface thread may do during playback.
+    std::vector<uint8_t> DecodeToEndWhileEqualizerChanges(uint32_t frameBytes);
     uint32_t Seek(uint32_t milliseconds);
 
 private:

@@ -7,11 +7,9 @@
 #include "Files.h"
 #include "PcmFixtures.h"
 
-#include <atomic>
 #include <cmath>
 #include <filesystem>
 #include <sndfile.h>
-#include <thread>
 
 namespace verdin::test {
 namespace {
@@ -165,22 +163,9 @@ TEST_F(SndfileModuleTest, DataOffsetSkipsATagInFrontOfTheAudio) {
 }
 
 TEST_F(SndfileModuleTest, EqualizerCallsFromAnotherThreadLeaveTheDecodeAlone) {
-    const std::string flac = Convert({"flac", "-s"}, Wav16("tone.wav"), "tone.flac");
-    DecoderUnderTest decoder(plugin_.module(), flac);
+    DecoderUnderTest decoder(plugin_.module(), Convert({"flac", "-s"}, Wav16("tone.wav"), "tone.flac"));
     ASSERT_TRUE(decoder.valid());
-    std::atomic<bool> decoding{true};  // written by this thread at the end, read by the caller thread
-    std::thread caller([&] {
-        EqualizerValues values{};
-        for (int32_t i = 0; decoding.load(std::memory_order_acquire); ++i) {
-            decoder.get()->ops->SetEqualizerEnabled(decoder.get(), i & 1);
-            values.gain[i & 15] = i % 24 - 12;
-            decoder.get()->ops->SetEqualizerValues(decoder.get(), &values);
-        }
-    });
-    const std::vector<uint8_t> pcm = decoder.DecodeToEnd(4);
-    decoding.store(false, std::memory_order_release);
-    caller.join();
-    EXPECT_TRUE(pcm == Pcm16());
+    EXPECT_TRUE(decoder.DecodeToEndWhileEqualizerChanges(4) == Pcm16());
 }
 
 }  // namespace

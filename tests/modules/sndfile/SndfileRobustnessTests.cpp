@@ -8,6 +8,7 @@
 
 #include <filesystem>
 #include <sys/stat.h>
+#include <unistd.h>
 
 namespace verdin::test {
 namespace {
@@ -20,10 +21,11 @@ TEST_F(SndfileModuleTest, RefusesWhatIsNotAPlayableSoundFile) {
     std::filesystem::create_directory(dir_.file("folder.wav"));
     ASSERT_EQ(mkfifo(dir_.file("pipe.wav").c_str(), 0600), 0);  // would block a plain open()
 
-    const struct {
+    struct Case {
         std::string label, path;
         uint32_t dataOffset;
-    } cases[] = {
+    };
+    std::vector<Case> cases = {
         {"zero-length file", dir_.file("empty.wav"), 0},
         {"random bytes", dir_.file("garbage.wav"), 0},
         {"header cut short", dir_.file("header_cut.wav"), 0},
@@ -35,6 +37,11 @@ TEST_F(SndfileModuleTest, RefusesWhatIsNotAPlayableSoundFile) {
         {"data offset past the end", dir_.file("tone.wav"), 1u << 30},
         {"data offset inside the header", dir_.file("tone.wav"), 10},
     };
+    if (geteuid() != 0) {  // permissions do not stop root
+        WriteFile(dir_.file("locked.wav"), "unreadable");
+        chmod(dir_.file("locked.wav").c_str(), 0);
+        cases.push_back({"an unreadable file", dir_.file("locked.wav"), 0});
+    }
     for (const auto& c : cases) {
         SCOPED_TRACE(c.label);
         EXPECT_FALSE(plugin_.Info(c.path, c.dataOffset));
