@@ -1,0 +1,98 @@
+// Arbitrary templates and player state: the first byte picks the state (which row is
+// current, whether its track is loaded, the player status, the position), the rest is
+// split at 0xFF bytes into the track title, window title and status string templates.
+// Every expansion must stay within its buffer; the find search runs with the status
+// template as its text. Nothing may crash or hang.
+#include "playlist/Playlist.h"
+#include "playlist/RandomEntry.h"
+#include "playlist/TrackItem.h"
+#include "playlist/titles/FindRow.h"
+#include "playlist/titles/StatusLine.h"
+#include "playlist/titles/TemplateExpansion.h"
+#include "playlist/titles/TrackTitle.h"
+#include "playlist/titles/WindowTitle.h"
+
+#include <cstdint>
+#include <cstdio>
+#include <cstdlib>
+#include <string>
+#include <string_view>
+
+namespace {
+
+using namespace verdin;
+
+std::unique_ptr<TrackItem> Track(const char* name, const char* artist, const char* title, std::uint32_t durationMs) {
+    auto track = std::make_unique<TrackRecord>(name);
+    if (artist) track->MutableTag().AddText(FrameId::LeadArtist, artist);
+    if (title) track->MutableTag().AddText(FrameId::Title, title);
+    TrackInfo info = track->Info();
+    info.duration = durationMs;
+    std::snprintf(info.suggestedTitle, sizeof info.suggestedTitle, "%s", "100% suggested");
+    track->SetInfo(info);
+    return std::make_unique<TrackItem>(std::move(track));
+}
+
+// row 0 track, row 1 playlist, row 2 track in it, row 3 random entry in it, row 4 track.
+const Playlist& Tree() {
+    static const auto main = [] {
+        auto p = std::make_unique<Playlist>();
+        p->AppendItem(Track("/m/a%b.mp3", "Ann %time%", "Alpha", 125'700));
+        auto nested = std::make_unique<Playlist>("/lists/mix.m3u");
+        nested->AppendItem(Track("/m/Beta.mp3", "Bob", "Beta", 3'599'500));
+        nested->AppendItem(std::make_unique<RandomEntry>("(YEAR < 1970)"));
+        p->AppendItem(std::move(nested));
+        p->AppendItem(Track("/m/Delta.wav", nullptr, nullptr, 3'600'000));
+        return p;
+    }();
+    return *main;
+}
+
+std::string_view NextPiece(std::string_view& rest) {
+    const std::size_t end = rest.find('\xFF');
+    const std::string_view piece = rest.substr(0, end);
+    rest = end == std::string_view::npos ? std::string_view() : rest.substr(end + 1);
+    return piece;
+}
+
+void CheckLength(const std::string& text) {
+    if (text.size() > kTemplateResultLimit) std::abort();
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    if (size < 1) return 0;
+    const Playlist& main = Tree();
+    const std::uint8_t selector = data[0];
+    std::string_view rest(reinterpret_cast<const char*>(data + 1), size - 1);
+    TitleTemplates templates;
+    templates.trackTitle = NextPiece(rest);
+    templates.windowTitle = NextPiece(rest);
+    templates.statusString = NextPiece(rest);
+
+    const int row = selector % 7 - 1;  // -1..5: none, each row, one past the end
+    const bool loaded = (selector & 0x08) != 0;
+    const auto status = static_cast<PlayerStatus>((selector >> 4) % 3);
+    const std::uint32_t position = static_cast<std::uint32_t>(selector) * 40'000u;
+    const RowRef ref = main.ItemAtRow(row);
+    const TrackRecord* track =
+        loaded && ref && ref.item->Kind() == ItemKind::kTrack ? &static_cast<const TrackItem*>(ref.item)->Track() : nullptr;
+    const TitleState state = MakeTitleState(main, row, track, position, status, templates);
+
+    if (track) CheckLength(ExpandTrackTitle(*track, templates.trackTitle));
+    CheckLength(ExpandWindowTitle(state));
+    const std::string statusTemplate = ExpandStatusTemplate(state);
+    CheckLength(statusTemplate);
+    CheckLength(ComposeStatusText(selector % 5, {(selector & 0x40) != 0, selector}, statusTemplate, state));
+    CheckLength(ExpandStatusString(state));
+
+    const int found = FindRow(main, row, templates.statusString, (selector & 0x80) != 0,
+                              [&templates](const PlaylistItem& item) {
+                                  if (item.Kind() != ItemKind::kTrack) return item.Body();
+                                  return ExpandTrackTitle(static_cast<const TrackItem&>(item).Track(),
+                                                          templates.trackTitle);
+                              });
+    if (found < -1 || found >= main.RowCount()) std::abort();
+    return 0;
+}
