@@ -9,7 +9,10 @@
 
 #include <gtest/gtest.h>
 
+#include "Files.h"
+
 #include <array>
+#include <filesystem>
 #include <random>
 #include <string>
 
@@ -30,7 +33,7 @@ std::string RandomText(std::mt19937& random) {
     return text;
 }
 
-TEST(ExpressionAgreement, CompiledAndReReadingAnswerAlikeOnGeneratedTexts) {
+std::vector<std::unique_ptr<TrackRecord>> Tracks() {
     std::vector<std::unique_ptr<TrackRecord>> tracks;
     tracks.push_back(test::MakeTrack({"/music/Jazz/Take Five.mp3",
                                       {{FrameId::LeadArtist, "Dave Brubeck"},
@@ -41,7 +44,11 @@ TEST(ExpressionAgreement, CompiledAndReReadingAnswerAlikeOnGeneratedTexts) {
                                       4'800'000}));
     tracks.push_back(test::MakeTrack({"/music/x/jazz.mp3", {{FrameId::Year, "300"}}, 300'000, 300}));
     tracks.push_back(test::MakeTrack({"noise", {}, 0, 0}));
+    return tracks;
+}
 
+TEST(ExpressionAgreement, CompiledAndReReadingAnswerAlikeOnGeneratedTexts) {
+    const auto tracks = Tracks();
     std::mt19937 random(20240611);
     int trueAnswers = 0;
     int falseAnswers = 0;
@@ -57,6 +64,22 @@ TEST(ExpressionAgreement, CompiledAndReReadingAnswerAlikeOnGeneratedTexts) {
     // The texts must exercise both answers, or the comparison proves little.
     EXPECT_GT(trueAnswers, 2000);
     EXPECT_GT(falseAnswers, 2000);
+}
+
+// The fuzz target's seed corpus, among them inputs the fuzzer found.
+TEST(ExpressionAgreement, CompiledAndReReadingAnswerAlikeOnTheFuzzCorpus) {
+    const auto tracks = Tracks();
+    const std::filesystem::path corpus = std::filesystem::path(VERDIN_TEST_SOURCE_DIR) / "fuzz/expression/corpus";
+    int files = 0;
+    for (const auto& entry : std::filesystem::directory_iterator(corpus)) {
+        const std::string input = test::ReadFile(entry.path().string());
+        const std::string text = input.substr(0, input.find('\xFF'));
+        const CompiledExpression compiled(text);
+        for (const auto& track : tracks)
+            EXPECT_EQ(compiled.Matches(*track), EvaluateExpression(*track, text)) << entry.path().filename();
+        ++files;
+    }
+    EXPECT_GE(files, 10);
 }
 
 }  // namespace
