@@ -1,3 +1,4 @@
+#include "engine/output/PulseApi.h"
 #include "PulseConnection.h"
 
 #include <pulse/error.h>
@@ -24,24 +25,28 @@ int MillisecondsUntil(PulseDeadline deadline) {
 
 std::unique_ptr<PulseConnection> PulseConnection::Connect(PulseDeadline deadline,
                                                           std::string* error) {
+    if (!Pulse()) {
+        *error = "the PulseAudio client library (libpulse.so.0) cannot be loaded";
+        return nullptr;
+    }
     std::unique_ptr<PulseConnection> c(new PulseConnection);
-    c->loop_ = pa_mainloop_new();
+    c->loop_ = Pulse()->pa_mainloop_new();
     if (!c->loop_) {
         *error = "cannot make a PulseAudio main loop";
         return nullptr;
     }
-    pa_mainloop_set_poll_func(c->loop_, &PulseConnection::PollWithWakeup, c.get());
-    c->context_ = pa_context_new(pa_mainloop_get_api(c->loop_), kClientName);
+    Pulse()->pa_mainloop_set_poll_func(c->loop_, &PulseConnection::PollWithWakeup, c.get());
+    c->context_ = Pulse()->pa_context_new(Pulse()->pa_mainloop_get_api(c->loop_), kClientName);
     if (!c->context_) {
         *error = "cannot make a PulseAudio context";
         return nullptr;
     }
-    if (pa_context_connect(c->context_, nullptr, PA_CONTEXT_NOAUTOSPAWN, nullptr) < 0) {
+    if (Pulse()->pa_context_connect(c->context_, nullptr, PA_CONTEXT_NOAUTOSPAWN, nullptr) < 0) {
         *error = "no PulseAudio server: " + c->LastError();
         return nullptr;
     }
     const bool ready = c->RunUntil(
-        [&] { return pa_context_get_state(c->context_) == PA_CONTEXT_READY; }, deadline);
+        [&] { return Pulse()->pa_context_get_state(c->context_) == PA_CONTEXT_READY; }, deadline);
     if (!ready) {
         *error = "no PulseAudio server answers: " + c->LastError();
         return nullptr;
@@ -51,18 +56,18 @@ std::unique_ptr<PulseConnection> PulseConnection::Connect(PulseDeadline deadline
 
 PulseConnection::~PulseConnection() {
     if (context_) {
-        pa_context_disconnect(context_);
-        pa_context_unref(context_);
+        Pulse()->pa_context_disconnect(context_);
+        Pulse()->pa_context_unref(context_);
     }
-    if (loop_) pa_mainloop_free(loop_);
+    if (loop_) Pulse()->pa_mainloop_free(loop_);
 }
 
 bool PulseConnection::Alive() const {
-    return context_ && pa_context_get_state(context_) == PA_CONTEXT_READY;
+    return context_ && Pulse()->pa_context_get_state(context_) == PA_CONTEXT_READY;
 }
 
 std::string PulseConnection::LastError() const {
-    return context_ ? pa_strerror(pa_context_errno(context_)) : "no context";
+    return context_ ? Pulse()->pa_strerror(Pulse()->pa_context_errno(context_)) : "no context";
 }
 
 int PulseConnection::PollWithWakeup(struct pollfd* fds, unsigned long count, int timeout,
@@ -82,14 +87,14 @@ int PulseConnection::PollWithWakeup(struct pollfd* fds, unsigned long count, int
 }
 
 bool PulseConnection::Iterate(int timeoutMs) {
-    if (pa_mainloop_prepare(loop_, timeoutMs * 1000) < 0) return false;
-    if (pa_mainloop_poll(loop_) < 0) return false;
-    return pa_mainloop_dispatch(loop_) >= 0;
+    if (Pulse()->pa_mainloop_prepare(loop_, timeoutMs * 1000) < 0) return false;
+    if (Pulse()->pa_mainloop_poll(loop_) < 0) return false;
+    return Pulse()->pa_mainloop_dispatch(loop_) >= 0;
 }
 
 bool PulseConnection::RunUntil(const std::function<bool()>& done, PulseDeadline deadline) {
     while (!done()) {
-        const pa_context_state_t state = pa_context_get_state(context_);
+        const pa_context_state_t state = Pulse()->pa_context_get_state(context_);
         if (state == PA_CONTEXT_FAILED || state == PA_CONTEXT_TERMINATED) return false;
         if (std::chrono::steady_clock::now() >= deadline) return false;
         if (!Iterate(MillisecondsUntil(deadline))) return false;
@@ -125,15 +130,15 @@ void OnSinkInfo(pa_context*, const pa_sink_info* info, int eol, void* data) {
 
 std::vector<OutputDeviceEntry> PulseConnection::Sinks(PulseDeadline deadline) {
     SinkQuery query;
-    pa_operation* server = pa_context_get_server_info(context_, &OnServerInfo, &query);
-    pa_operation* sinks = pa_context_get_sink_info_list(context_, &OnSinkInfo, &query);
+    pa_operation* server = Pulse()->pa_context_get_server_info(context_, &OnServerInfo, &query);
+    pa_operation* sinks = Pulse()->pa_context_get_sink_info_list(context_, &OnSinkInfo, &query);
     bool done = false;
     if (server && sinks) done = RunUntil([&] { return query.pending == 0; }, deadline);
     // Cancel before the query goes out of scope, so no late callback can reach it.
     for (pa_operation* op : {server, sinks}) {
         if (!op) continue;
-        pa_operation_cancel(op);
-        pa_operation_unref(op);
+        Pulse()->pa_operation_cancel(op);
+        Pulse()->pa_operation_unref(op);
     }
     if (!done) return {};
     std::stable_partition(query.sinks.begin(), query.sinks.end(),

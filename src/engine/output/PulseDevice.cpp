@@ -1,3 +1,4 @@
+#include "engine/output/PulseApi.h"
 #include "PulseDevice.h"
 
 #include "engine/output/CommitQueue.h"
@@ -54,8 +55,8 @@ struct PulseDevice::Core {
           ringFrames(bytesPerFrame ? size / bytesPerFrame : 0) {}
     ~Core() {
         if (stream) {
-            pa_stream_disconnect(stream);
-            pa_stream_unref(stream);
+            Pulse()->pa_stream_disconnect(stream);
+            Pulse()->pa_stream_unref(stream);
         }
     }
 
@@ -129,7 +130,7 @@ private:
 
     void CheckServer() {
         if (!down_ && !Down()) {
-            const pa_stream_state_t state = pa_stream_get_state(core_.stream);
+            const pa_stream_state_t state = Pulse()->pa_stream_get_state(core_.stream);
             if (!core_.connection->Alive() || state != PA_STREAM_READY)
                 core_.Fail("the PulseAudio server connection was lost: " +
                            core_.connection->LastError());
@@ -159,14 +160,14 @@ private:
             Cork(true);
             startPending_ = true;
             CancelPending();
-            pending_ = pa_stream_flush(core_.stream, &Writer::OnFlushed, this);
+            pending_ = Pulse()->pa_stream_flush(core_.stream, &Writer::OnFlushed, this);
             if (!pending_) core_.Fail("cannot restart the PulseAudio stream");
             return;
         }
         if (r.mode == mode_) return;
         if (r.mode == DeviceMode::Stopped && !down_) {
             Cork(true);
-            Release(pa_stream_flush(core_.stream, nullptr, nullptr));
+            Release(Pulse()->pa_stream_flush(core_.stream, nullptr, nullptr));
         } else if (!startPending_ && !down_) {
             Cork(r.mode != DeviceMode::Playing);
         }
@@ -177,7 +178,7 @@ private:
     static void OnFlushed(pa_stream* stream, int, void* self) {
         auto* w = static_cast<Writer*>(self);
         w->Release(w->pending_);
-        w->pending_ = pa_stream_update_timing_info(stream, &Writer::OnTiming, w);
+        w->pending_ = Pulse()->pa_stream_update_timing_info(stream, &Writer::OnTiming, w);
         if (!w->pending_) w->core_.Fail("cannot read the PulseAudio stream's clock");
     }
 
@@ -186,7 +187,7 @@ private:
         w->Release(w->pending_);
         w->pending_ = nullptr;
         pa_usec_t now = 0;
-        w->baseUsec_ = pa_stream_get_time(stream, &now) == 0 ? now : 0;
+        w->baseUsec_ = Pulse()->pa_stream_get_time(stream, &now) == 0 ? now : 0;
         w->startPending_ = false;
         // The pre-filled commits go out before playback begins.
         w->DrainCommits();
@@ -194,17 +195,17 @@ private:
     }
 
     void Cork(bool cork) {
-        if (!down_) Release(pa_stream_cork(core_.stream, cork ? 1 : 0, nullptr, nullptr));
+        if (!down_) Release(Pulse()->pa_stream_cork(core_.stream, cork ? 1 : 0, nullptr, nullptr));
     }
 
     static void Release(pa_operation* op) {
-        if (op) pa_operation_unref(op);
+        if (op) Pulse()->pa_operation_unref(op);
     }
 
     void CancelPending() {
         if (!pending_) return;
-        pa_operation_cancel(pending_);
-        pa_operation_unref(pending_);
+        Pulse()->pa_operation_cancel(pending_);
+        Pulse()->pa_operation_unref(pending_);
         pending_ = nullptr;
     }
 
@@ -225,7 +226,7 @@ private:
         while (bytes > 0 && !Down()) {
             const uint32_t piece =
                 static_cast<uint32_t>(std::min<uint64_t>(bytes, core_.ringSize - cursor_));
-            if (pa_stream_write(core_.stream, core_.ring + cursor_, piece, nullptr, pendingSeek_,
+            if (Pulse()->pa_stream_write(core_.stream, core_.ring + cursor_, piece, nullptr, pendingSeek_,
                                 PA_SEEK_RELATIVE) < 0) {
                 core_.Fail("cannot write to the PulseAudio stream: " +
                            core_.connection->LastError());
@@ -252,9 +253,9 @@ private:
         if (volume == appliedVolume_ || down_) return;
         appliedVolume_ = volume;
         pa_cvolume levels;
-        pa_cvolume_set(&levels, core_.format.channels, PulseVolumeOfHundredths(volume));
-        Release(pa_context_set_sink_input_volume(core_.connection->Context(),
-                                                 pa_stream_get_index(core_.stream), &levels,
+        Pulse()->pa_cvolume_set(&levels, core_.format.channels, PulseVolumeOfHundredths(volume));
+        Release(Pulse()->pa_context_set_sink_input_volume(core_.connection->Context(),
+                                                 Pulse()->pa_stream_get_index(core_.stream), &levels,
                                                  nullptr, nullptr));
     }
 
@@ -266,7 +267,7 @@ private:
         }
         if (startPending_) return;
         pa_usec_t now = 0;
-        if (pa_stream_get_time(core_.stream, &now) != 0 || now <= baseUsec_) return;
+        if (Pulse()->pa_stream_get_time(core_.stream, &now) != 0 || now <= baseUsec_) return;
         const int64_t frames =
             static_cast<int64_t>((now - baseUsec_) * core_.format.sampleRate / 1'000'000);
         played_ = std::max(played_, frames);
@@ -308,7 +309,7 @@ PulseDevice::PulseDevice(PcmFormat format, uint8_t* ring, uint32_t ringSize, int
                         static_cast<uint8_t>(format.channels)};
     for (const FormatRow& row : kFormats)
         if (row.bits == format.bitsPerSample) spec.format = row.format;
-    if (!pa_sample_spec_valid(&spec)) {
+    if (!Pulse()->pa_sample_spec_valid(&spec)) {
         openError_ = "unsupported sample format for PulseAudio";
         return;
     }
@@ -323,7 +324,7 @@ PulseDevice::PulseDevice(PcmFormat format, uint8_t* ring, uint32_t ringSize, int
         sinkName_ = sinks[inRange ? static_cast<size_t>(deviceIndex) : 0].name;
     }
 
-    core->stream = pa_stream_new(core->connection->Context(), kStreamName, &spec, nullptr);
+    core->stream = Pulse()->pa_stream_new(core->connection->Context(), kStreamName, &spec, nullptr);
     if (!core->stream) {
         openError_ = "cannot make a PulseAudio stream: " + core->connection->LastError();
         return;
@@ -334,15 +335,15 @@ PulseDevice::PulseDevice(PcmFormat format, uint8_t* ring, uint32_t ringSize, int
     pa_buffer_attr attr{size, size, 0, static_cast<uint32_t>(-1), static_cast<uint32_t>(-1)};
     const auto flags = static_cast<pa_stream_flags_t>(
         PA_STREAM_START_CORKED | PA_STREAM_INTERPOLATE_TIMING | PA_STREAM_AUTO_TIMING_UPDATE);
-    if (pa_stream_connect_playback(core->stream, sinkName_.empty() ? nullptr : sinkName_.c_str(),
+    if (Pulse()->pa_stream_connect_playback(core->stream, sinkName_.empty() ? nullptr : sinkName_.c_str(),
                                    &attr, flags, nullptr, nullptr) < 0) {
         openError_ = "cannot connect a PulseAudio stream: " + core->connection->LastError();
         return;
     }
     pa_stream* stream = core->stream;
     const bool ready = core->connection->RunUntil(
-        [stream] { return pa_stream_get_state(stream) != PA_STREAM_CREATING; }, deadline);
-    if (!ready || pa_stream_get_state(stream) != PA_STREAM_READY) {
+        [stream] { return Pulse()->pa_stream_get_state(stream) != PA_STREAM_CREATING; }, deadline);
+    if (!ready || Pulse()->pa_stream_get_state(stream) != PA_STREAM_READY) {
         openError_ = "the PulseAudio stream did not start: " + core->connection->LastError();
         return;
     }

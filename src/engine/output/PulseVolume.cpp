@@ -1,3 +1,4 @@
+#include "engine/output/PulseApi.h"
 #include "PulseVolume.h"
 
 #include <pulse/volume.h>
@@ -14,7 +15,7 @@ int32_t VolumeToHundredthsOfDecibel(uint32_t volume) {
 
 uint32_t PulseVolumeOfHundredths(int32_t hundredths) {
     if (hundredths <= kSilentHundredths) return PA_VOLUME_MUTED;
-    return pa_sw_volume_from_dB(hundredths / 100.0);
+    return Pulse() ? Pulse()->pa_sw_volume_from_dB(hundredths / 100.0) : PA_VOLUME_NORM;
 }
 
 }  // namespace verdin
