@@ -35,12 +35,6 @@ std::string TrackCountText(int tracks) {
 
 }  // namespace
 
-std::string FormatDuration(uint32_t seconds) {
-    if (seconds < 3600) return Format("%d:%02d", static_cast<int>(seconds / 60), static_cast<int>(seconds % 60));
-    return Format("%d:%02d:%02d", static_cast<int>(seconds / 3600), static_cast<int>(seconds / 60 % 60),
-                  static_cast<int>(seconds % 60));
-}
-
 std::string FormatFileSize(uint32_t bytes) {
     if (bytes < 10485760u) return Format("%d KB", static_cast<int>(bytes >> 10));
     return Format("%d MB", static_cast<int>(bytes >> 20));
@@ -83,13 +77,9 @@ RowCells CellsOfItem(const PlaylistItem& item, int number, const TrackTitleFunct
     return cells;
 }
 
-std::vector<int> RunningNumbers(const Playlist& main) {
-    const int rows = main.RowCount();
-    std::vector<int> numbers(static_cast<size_t>(rows), 0);
-    int next = 1;
-    for (int row = 0; row < rows; ++row)
-        if (IsPlayableRow(main, row)) numbers[static_cast<size_t>(row)] = next++;
-    return numbers;
+RowCells CellsOfRow(const Playlist& main, int row, const TrackTitleFunction& titleOf) {
+    const RowRef ref = main.ItemAtRow(row);
+    return ref ? CellsOfItem(*ref.item, row + 1, titleOf) : RowCells{};
 }
 
 std::string ListSummary(const Playlist& main) {

@@ -8,8 +8,10 @@
 // and, once its information is retrieved, its format; a random entry shows "Random
 // entry: <expression>".
 //
-// Numbering: the "No" column counts tracks and random entries from 1 in row order;
-// nested playlists' own rows take no number.
+// Numbering: the "No" column is the row's running number, row + 1 (every row counts, as
+// "%num%" in the title templates does); a nested playlist's row shows none.
+#include "playlist/titles/DurationText.h"
+
 #include <array>
 #include <functional>
 #include <string>
@@ -29,14 +31,11 @@ using TrackTitleFunction = std::function<std::string(const TrackRecord&)>;
 
 using RowCells = std::array<std::string, kPlaylistColumns>;
 
-// The cells of the item at a row, with its running number (0 for a nested playlist).
+// The cells of the item at a row, with its running number (row + 1).
 RowCells CellsOfItem(const PlaylistItem& item, int number, const TrackTitleFunction& titleOf);
+// The cells of a row of the main playlist (all empty for a row that names no item).
+RowCells CellsOfRow(const Playlist& main, int row, const TrackTitleFunction& titleOf);
 
-// The running number of every row (0 for nested playlists' rows), in one pass.
-std::vector<int> RunningNumbers(const Playlist& main);
-
-// "%d:%02d" under an hour, "%d:%02d:%02d" from an hour on.
-std::string FormatDuration(uint32_t seconds);
 // "%d KB" under 10 MB (10,485,760 bytes), else "%d MB".
 std::string FormatFileSize(uint32_t bytes);
 
