@@ -3,12 +3,15 @@
 // arbitrary bytes become a playlist file in a private directory that also holds a few
 // tracks and playlists the bytes may name. The file is loaded with retrieval skipped,
 // saved in its own format over itself, and loaded again; the second load must hold the
-// same items: kinds, names and expressions. Anything else aborts.
+// same items: kinds, names and expressions. For PLS and .vdp, the indexed key reader must
+// also agree with the profile reader on the bytes. Anything else aborts.
 #include "engine/input/InputModuleList.h"
 #include "playlist/Playlist.h"
 #include "playlist/RandomEntry.h"
 #include "playlist/files/PlaylistLoader.h"
+#include "playlist/files/IniSectionIndex.h"
 #include "playlist/files/PlaylistWriter.h"
+#include "settings/IniProfile.h"
 #include "settings/Settings.h"
 
 #include <cstdint>
@@ -17,11 +20,12 @@
 #include <filesystem>
 #include <fstream>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace verdin::fuzz {
 
-// Made once per process; left behind in /dev/shm (or /tmp) when the fuzzer ends.
+// Made once per process and removed when it exits normally (a crash leaves it to look at).
 inline const std::string& FixtureDirectory() {
     static const std::string directory = [] {
         const char* base = std::filesystem::is_directory("/dev/shm") ? "/dev/shm" : "/tmp";
@@ -42,7 +46,26 @@ inline const std::string& FixtureDirectory() {
         write("x.pls", "[playlist]\nFile1=sub/c.mp3\nFile2=inner.vdp\nNumberOfEntries=2\n");
         return dir.string() + "/";
     }();
+    static const bool cleanup = [] { return std::atexit([] { std::filesystem::remove_all(directory); }) == 0; }();
+    (void)cleanup;
     return directory;
+}
+
+// The indexed section reader must read exactly what the profile reader reads.
+inline void CheckIniAgreement(std::string_view text, std::string_view section, std::string_view prefix) {
+    const IniProfile profile = IniProfile::Parse(text);
+    const IniSectionIndex index = IniSectionIndex::Parse(text, section);
+    const int count = profile.GetInt(section, "numberofentries", 0);
+    if (index.GetInt("numberofentries", 0) != count) std::abort();
+    std::vector<std::string_view> present;
+    for (int i = 1; i <= count && i <= 1000; ++i) {
+        const std::string key = std::string(prefix) + std::to_string(i);
+        const std::string* value = index.Find(key);
+        const std::string expected = profile.GetString(section, key, "\x01missing", std::string::npos);
+        if ((value ? *value : std::string("\x01missing")) != expected) std::abort();
+        if (value) present.push_back(*value);
+    }
+    if (count <= 1000 && index.NumberedValues(prefix, count) != present) std::abort();
 }
 
 struct ItemFacts {
@@ -76,6 +99,9 @@ inline std::vector<ItemFacts> LoadFacts(const std::string& file, const LoadConte
 }
 
 inline int RoundTrip(const uint8_t* data, size_t size, const char* extension, PlaylistFormat format) {
+    const std::string_view bytes(reinterpret_cast<const char*>(data), size);
+    if (format == PlaylistFormat::kPls) CheckIniAgreement(bytes, "playlist", "file");
+    if (format == PlaylistFormat::kVdp) CheckIniAgreement(bytes, "entries", "entry");
     static Settings settings = [] {
         Settings s;
         s.skipInfoForAnyFile = 1;
