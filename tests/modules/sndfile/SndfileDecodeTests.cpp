@@ -142,23 +142,32 @@ TEST_F(SndfileModuleTest, SeekLandsOnTheFrameItReports) {
     }
 }
 
-TEST_F(SndfileModuleTest, DataOffsetSkipsATagInFrontOfTheAudio) {
+TEST_F(SndfileModuleTest, DataOffsetSkipsWhatLiesInFrontOfTheAudio) {
+    // A tag, and a whole other sound file of another format that only the offset hides.
     const std::string wav = Wav16("tone.wav");
     const std::string flac = Convert({"flac", "-s"}, wav, "tone.flac");
-    const std::vector<uint8_t> tag = Id3v2Tag(2048);
-    for (const std::string& plain : {wav, flac}) {
-        SCOPED_TRACE(plain);
-        const std::string tagged = plain + ".tagged";
-        PrependBytes(plain, tagged, tag);
-        const auto info = plugin_.Info(tagged, static_cast<uint32_t>(tag.size()));
-        ASSERT_TRUE(info);
-        EXPECT_EQ(info->duration, 500u);
-        EXPECT_EQ(info->fileSize, std::filesystem::file_size(plain) + tag.size());
-        DecoderUnderTest decoder(plugin_.module(), tagged, static_cast<uint32_t>(tag.size()));
-        ASSERT_TRUE(decoder.valid());
-        EXPECT_EQ(decoder.Seek(250), 250u);
-        const std::vector<uint8_t> secondHalf(Pcm16().begin() + kFrames / 2 * 4, Pcm16().end());
-        EXPECT_TRUE(decoder.DecodeToEnd(4) == secondHalf);
+    WriteWav(dir_.file("other.wav"), 1, 8000, 8, std::vector<uint8_t>(800, 0x80));
+    const struct {
+        const char* label;
+        std::vector<uint8_t> prefix;
+    } prefixes[] = {{"ID3v2 tag", Id3v2Tag(2048)}, {"another WAV file", ReadBytes(dir_.file("other.wav"))}};
+    for (const auto& p : prefixes) {
+        for (const std::string& plain : {wav, flac}) {
+            SCOPED_TRACE(std::string(p.label) + " before " + plain);
+            const std::string shifted = plain + ".shifted";
+            PrependBytes(plain, shifted, p.prefix);
+            const auto offset = static_cast<uint32_t>(p.prefix.size());
+            const auto info = plugin_.Info(shifted, offset);
+            ASSERT_TRUE(info);
+            EXPECT_EQ(info->duration, 500u);
+            EXPECT_EQ(info->channels, 2);
+            EXPECT_EQ(info->fileSize, std::filesystem::file_size(plain) + offset);
+            DecoderUnderTest decoder(plugin_.module(), shifted, offset);
+            ASSERT_TRUE(decoder.valid());
+            EXPECT_EQ(decoder.Seek(250), 250u);
+            const std::vector<uint8_t> secondHalf(Pcm16().begin() + kFrames / 2 * 4, Pcm16().end());
+            EXPECT_TRUE(decoder.DecodeToEnd(4) == secondHalf);
+        }
     }
 }
 
