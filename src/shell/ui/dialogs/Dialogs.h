@@ -17,9 +17,12 @@ class RandomEntry;
 // says "Unknown file format." for a track that cannot be read; the "General" page, the
 // tag page (with editing and saving attachments), the input module's own file info.
 void ShowTrackProperties(QWidget* parent, PlayerCore& core, int row);
-// "Random Entry Properties" for a random entry; true when the expression was changed.
+// "Random Entry Properties" for a random entry; true when the expression was changed
+// (the player is then asked to redraw). A random entry's row given to
+// ShowTrackProperties opens this dialog.
 bool EditRandomEntry(QWidget* parent, PlayerCore& core, RandomEntry& entry);
-// The properties of the track a random entry at a row resolves to.
+// The properties of the track the random entry at a row picked last ("Evaluated Track
+// Properties"); an entry that has not picked yet, or picked no track, says so.
 void ShowEvaluatedTrackProperties(QWidget* parent, PlayerCore& core, int row);
 
 // "Find": the search text and "Case sensitive"; nothing when cancelled.
@@ -28,6 +31,12 @@ struct FindRequest {
     bool caseSensitive = false;
 };
 std::optional<FindRequest> AskFind(QWidget* parent, const FindRequest& last);
+// "Find In Playlist" (Ctrl+F with askFirst, F3 without): asks first when askFirst is set
+// or there was no search yet (a cancelled dialog ends it, -1), keeps the request in last,
+// then searches from the row after focusedRow (-1: from row 0). Returns the matching row
+// for the view to select, focus and scroll to; with no match the player says "Cannot find
+// the string "%s"." and -1 is returned.
+int FindInPlaylist(QWidget* parent, PlayerCore& core, FindRequest& last, bool askFirst, int focusedRow);
 
 // "Graphic Equalizer" (modeless; one at a time).
 void ShowEqualizer(QWidget* parent, PlayerCore& core);

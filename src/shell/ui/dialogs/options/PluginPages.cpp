@@ -1,0 +1,158 @@
+#include "shell/ui/dialogs/options/PluginPages.h"
+
+#include "plugins/dsp/DspConfigure.h"
+#include "plugins/dsp/DspLibraryList.h"
+#include "settings/Settings.h"
+#include "shell/PlayerCore.h"
+#include "shell/ui/dialogs/options/InputPage.h"
+#include "shell/ui/dialogs/options/OptionWidgets.h"
+
+#include <QGroupBox>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QVBoxLayout>
+
+namespace verdin {
+namespace {
+
+QString Text(const std::string& text) { return QString::fromStdString(text); }
+
+QString ModuleText(const std::string& library, const std::string& module) { return Text(library + ": " + module); }
+
+QString MissingText(const DspModuleRef& ref) {
+    return QStringLiteral("%1,%2 (not found)").arg(Text(ref.libraryPath)).arg(ref.moduleIndex);
+}
+
+// The parent window record plug-ins get: the one the player's plug-ins were loaded with.
+VerdinHostWindow* PluginParent(const PlayerCore& core) {
+    return core.DspLibraries() ? core.DspLibraries()->parentWindow() : nullptr;
+}
+
+constexpr int kSearchPathLength = 4095;
+
+}  // namespace
+
+DspPage::DspPage(PlayerCore& core, QWidget* parent)
+    : PluginListsPage(QStringLiteral("Digital Signal Processing (DSP)"),
+                      {QStringLiteral("Available plug-ins"),
+                       QStringLiteral("Active modules (modules will be applied in this order)"),
+                       QStringLiteral("Select directory for DSP plug-ins.")},
+                      core, parent) {
+    Load();
+}
+
+DspPage::~DspPage() = default;
+
+std::vector<AvailableModule> DspPage::FindModules(const std::string& searchPath) {
+    libraries_ = std::make_unique<DspLibraryList>(PluginParent(core_), searchPath);
+    std::vector<AvailableModule> modules;
+    const std::vector<DspLibrary>& found = libraries_->libraries();
+    for (size_t i = 0; i < found.size(); ++i)
+        for (size_t m = 0; m < found[i].moduleDescriptions.size(); ++m)
+            modules.push_back({i, static_cast<int>(m), found[i].path,
+                               ModuleText(found[i].description, found[i].moduleDescriptions[m])});
+    return modules;
+}
+
+QString DspPage::ActiveText(const DspModuleRef& ref) const {
+    const DspLibrary* library = libraries_ ? libraries_->LibraryByPath(ref.libraryPath) : nullptr;
+    if (!library || ref.moduleIndex < 0 || static_cast<size_t>(ref.moduleIndex) >= library->moduleDescriptions.size())
+        return MissingText(ref);
+    return ModuleText(library->description, library->moduleDescriptions[static_cast<size_t>(ref.moduleIndex)]);
+}
+
+bool DspPage::Configure(const AvailableModule& module) {
+    return libraries_ && ConfigureDspModule(*libraries_, module.library, module.module);
+}
+
+bool DspPage::ConfigureRef(const DspModuleRef& ref) {
+    return libraries_ && ConfigureDspModuleByPath(*libraries_, ref.libraryPath, ref.moduleIndex);
+}
+
+void DspPage::Load() {
+    const Settings& s = CurrentSettings();
+    ShowSearchPath(s.dspPluginsSearchPath);
+    ShowActive(ParseDspPlugins(s.dspPlugins));
+}
+
+void DspPage::Apply() { core_.ApplyDspModules(SearchPathText(), ActiveRefs()); }
+
+VisualizationPage::VisualizationPage(PlayerCore& core, QWidget* parent)
+    : PluginListsPage(QStringLiteral("Visualization"),
+                      {QStringLiteral("Available plug-ins (select the active module)"), QStringLiteral("Active modules"),
+                       QStringLiteral("Select directory for Visualization plug-ins.")},
+                      core, parent) {
+    Load();
+}
+
+std::vector<AvailableModule> VisualizationPage::FindModules(const std::string& searchPath) {
+    libraries_ = FindVisualizationLibraries(searchPath);
+    std::vector<AvailableModule> modules;
+    for (size_t i = 0; i < libraries_.size(); ++i)
+        for (size_t m = 0; m < libraries_[i].modules.size(); ++m)
+            modules.push_back({i, static_cast<int>(m), libraries_[i].path,
+                               ModuleText(libraries_[i].description, libraries_[i].modules[m])});
+    return modules;
+}
+
+QString VisualizationPage::ActiveText(const DspModuleRef& ref) const {
+    for (const FoundPluginLibrary& library : libraries_) {
+        if (library.path != ref.libraryPath) continue;
+        if (ref.moduleIndex >= 0 && static_cast<size_t>(ref.moduleIndex) < library.modules.size())
+            return ModuleText(library.description, library.modules[static_cast<size_t>(ref.moduleIndex)]);
+        break;
+    }
+    return MissingText(ref);
+}
+
+bool VisualizationPage::Configure(const AvailableModule& module) {
+    return ConfigureVisualizationModule(module.path, module.module, PluginParent(core_));
+}
+
+bool VisualizationPage::ConfigureRef(const DspModuleRef& ref) {
+    return ConfigureVisualizationModule(ref.libraryPath, ref.moduleIndex, PluginParent(core_));
+}
+
+void VisualizationPage::Load() {
+    const Settings& s = CurrentSettings();
+    ShowSearchPath(s.visualizationPluginsSearchPath);
+    ShowActive(ParseDspPlugins(s.visualizationPlugins));
+}
+
+void VisualizationPage::Apply() {
+    Settings& s = CurrentSettings();
+    s.visualizationPluginsSearchPath = SearchPathText();
+    s.visualizationPlugins = FormatDspPlugins(ActiveRefs());
+}
+
+GeneralPurposePage::GeneralPurposePage(PlayerCore& core, QWidget* parent)
+    : OptionsPage(QStringLiteral("General Purpose"), core, parent) {
+    auto* layout = new QVBoxLayout(this);
+    auto* availableBox = new QGroupBox(QStringLiteral("Available plug-ins"), this);
+    auto* availableLayout = new QVBoxLayout(availableBox);
+    available_ = new QListWidget(availableBox);
+    available_->setObjectName(QStringLiteral("available"));
+    availableLayout->addWidget(available_);
+    layout->addWidget(availableBox, 1);
+    auto* searchBox = new QGroupBox(QStringLiteral("Search path for plug-ins"), this);
+    auto* searchLayout = new QVBoxLayout(searchBox);
+    searchPath_ = new SearchPathField(QStringLiteral("Select directory for General Purpose plug-ins."),
+                                      QLatin1String(kRestartNote), kSearchPathLength, searchBox);
+    searchPath_->Edit()->setObjectName(QStringLiteral("searchPath"));
+    searchLayout->addWidget(searchPath_);
+    layout->addWidget(searchBox);
+    Load();
+}
+
+void GeneralPurposePage::Load() {
+    const Settings& s = CurrentSettings();
+    searchPath_->SetText(Text(s.generalPurposePluginsSearchPath));
+    // What the stored path holds: a changed path is only searched at the next start.
+    available_->clear();
+    for (const FoundPluginLibrary& library : FindGeneralPurposeLibraries(s.generalPurposePluginsSearchPath))
+        available_->addItem(Text(library.description));
+}
+
+void GeneralPurposePage::Apply() { CurrentSettings().generalPurposePluginsSearchPath = searchPath_->Text().toStdString(); }
+
+}  // namespace verdin

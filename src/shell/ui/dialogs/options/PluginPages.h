@@ -1,0 +1,76 @@
+#pragma once
+// The plug-in host pages: "Digital Signal Processing (DSP)", "Visualization" and
+// "General Purpose".
+//
+// DSP: Apply hands the search path and the active list to the player, which enumerates
+// a changed path anew, rebuilds the DSP host's active list (running streams switch to it
+// at once) and "dspPlugins".
+// Visualization: the libraries with "winampVisGetHeader" on the path; Apply stores
+// "visualizationPluginsSearchPath" and "visualizationPlugins" for the host, which
+// restarts the modules when switched off and on.
+// General purpose: the libraries with "winampGetGeneralPurposePlugin" on the stored path;
+// a changed "generalPurposePluginsSearchPath" takes effect at the next start.
+#include "shell/ui/dialogs/options/OptionsPage.h"
+#include "shell/ui/dialogs/options/PluginListsPage.h"
+#include "shell/ui/dialogs/options/PluginScan.h"
+
+#include <memory>
+
+class QListWidget;
+
+namespace verdin {
+
+class DspLibraryList;
+class SearchPathField;
+
+class DspPage : public PluginListsPage {
+    Q_OBJECT
+public:
+    explicit DspPage(PlayerCore& core, QWidget* parent = nullptr);
+    ~DspPage() override;
+    void Load() override;
+    void Apply() override;
+
+protected:
+    std::vector<AvailableModule> FindModules(const std::string& searchPath) override;
+    QString ActiveText(const DspModuleRef& ref) const override;
+    bool Configure(const AvailableModule& module) override;
+    bool ConfigureRef(const DspModuleRef& ref) override;
+
+private:
+    std::unique_ptr<DspLibraryList> libraries_;
+};
+
+class VisualizationPage : public PluginListsPage {
+    Q_OBJECT
+public:
+    explicit VisualizationPage(PlayerCore& core, QWidget* parent = nullptr);
+    void Load() override;
+    void Apply() override;
+
+protected:
+    std::vector<AvailableModule> FindModules(const std::string& searchPath) override;
+    QString ActiveText(const DspModuleRef& ref) const override;
+    bool Configure(const AvailableModule& module) override;
+    bool ConfigureRef(const DspModuleRef& ref) override;
+
+private:
+    std::vector<FoundPluginLibrary> libraries_;
+};
+
+class GeneralPurposePage : public OptionsPage {
+    Q_OBJECT
+public:
+    explicit GeneralPurposePage(PlayerCore& core, QWidget* parent = nullptr);
+    void Load() override;
+    void Apply() override;
+
+    QListWidget* Available() const { return available_; }
+    SearchPathField* SearchPath() const { return searchPath_; }
+
+private:
+    QListWidget* available_ = nullptr;
+    SearchPathField* searchPath_ = nullptr;
+};
+
+}  // namespace verdin

@@ -1,0 +1,27 @@
+#pragma once
+// What happens before a track's properties open: a track whose information was never
+// retrieved asks "Information for this track is not retrieved.\nDo you want to retrieve
+// it now?" and, on Yes, retrieves it (honouring "ignoreID3Tags") and has the player
+// redraw; a track that does not exist says "Unknown file format." and opens nothing.
+#include <string_view>
+
+namespace verdin {
+
+class PlayerCore;
+class RandomEntry;
+class TrackRecord;
+
+inline constexpr std::string_view kRetrieveQuestion =
+    "Information for this track is not retrieved.\nDo you want to retrieve it now?";
+inline constexpr std::string_view kUnknownFileFormat = "Unknown file format.";
+// "Evaluated Track Properties" of an entry that has no track to show.
+inline constexpr std::string_view kNotEvaluated = "This random entry has not picked a track yet.";
+inline constexpr std::string_view kNothingMatches = "No track of the sample space matches this random entry.";
+
+// True when the properties of the track may open.
+bool PrepareTrackForProperties(PlayerCore& core, TrackRecord& track);
+
+// The track a random entry resolved to, or null after saying why there is none.
+TrackRecord* EvaluatedTrackOf(PlayerCore& core, const RandomEntry& entry);
+
+}  // namespace verdin
