@@ -14,6 +14,7 @@
 
 #include <algorithm>
 #include <sys/stat.h>
+#include <unordered_set>
 
 namespace verdin {
 
@@ -133,12 +134,22 @@ void PlayerCore::ExecuteCommandText(std::string_view text) {
 }
 
 int PlayerCore::AddPaths(const std::vector<std::string>& paths, int atRow) {
-    const LoadContext context{settings_, modules_};
+    // Deferred: loaded as if every retrieval were switched off, then listed.
+    Settings noRetrieval;
+    if (deferRetrieval_) {
+        noRetrieval = settings_;
+        noRetrieval.skipInfoForAnyFile = 1;
+    }
+    const LoadContext context{deferRetrieval_ ? noRetrieval : settings_, modules_};
     int added = 0;
     if (atRow < 0 || !main_.ItemAtRow(atRow)) {
         for (const std::string& path : paths) {
-            if (IsDirectory(path)) added += AddDirectory(path, -1);
-            else added += LoadItem(main_, path, context) ? 1 : 0;
+            if (IsDirectory(path)) {
+                added += AddDirectory(path, -1);
+            } else if (LoadItem(main_, path, context)) {
+                NoteDeferred(*main_.ItemAt(main_.ItemCount() - 1));
+                ++added;
+            }
         }
     } else {
         // Loaded into a scratch playlist first, then moved before the row, in order.
@@ -153,14 +164,41 @@ int PlayerCore::AddPaths(const std::vector<std::string>& paths, int atRow) {
             }
         }
         const RowRef ref = main_.ItemAtRow(atRow);
-        size_t at = ref.index;
-        while (scratch.ItemCount() > 0) {
-            ref.holder->InsertItem(at++, scratch.TakeItem(0));
-            ++added;
-        }
+        const size_t at = ref.index;
+        for (size_t i = 0; i < scratch.ItemCount(); ++i) NoteDeferred(*scratch.ItemAt(i));
+        added = static_cast<int>(scratch.ItemCount());
+        ref.holder->InsertItems(at, scratch.TakeAllItems());
     }
     if (added > 0) ListChanged();
     return added;
+}
+
+void PlayerCore::NoteDeferred(const PlaylistItem& item) {
+    if (!deferRetrieval_) return;
+    if (item.Kind() == ItemKind::kTrack) {
+        const auto& track = static_cast<const TrackItem&>(item);
+        if (ShouldRetrieveOnAdd(track.Track(), settings_)) deferredTracks_.push_back(&track);
+    } else if (item.Kind() == ItemKind::kPlaylist) {
+        const auto& playlist = static_cast<const Playlist&>(item);
+        for (size_t i = 0; i < playlist.ItemCount(); ++i) NoteDeferred(*playlist.ItemAt(i));
+    }
+}
+
+std::vector<PlayerCore::DeferredTrack> PlayerCore::TakeDeferredTracks() {
+    std::vector<DeferredTrack> tracks;
+    if (deferredTracks_.empty()) return tracks;
+    // Listed items may have gone since (a "/PLAY" empties the list between two paths):
+    // only those still found in the tree are handed out, and nothing listed is touched
+    // before it is found.
+    std::unordered_set<const PlaylistItem*> listed(deferredTracks_.begin(), deferredTracks_.end());
+    deferredTracks_.clear();
+    const int rows = main_.RowCount();
+    for (int row = 0; row < rows && !listed.empty(); ++row) {
+        const RowRef ref = main_.ItemAtRow(row);
+        if (listed.erase(ref.item) == 0) continue;
+        tracks.push_back({row, static_cast<const TrackItem*>(ref.item)->Track().FullName()});
+    }
+    return tracks;
 }
 
 int PlayerCore::AddDirectory(const std::string& directory, int atRow) {

@@ -36,6 +36,7 @@ namespace verdin {
 class DspHost;
 class DspLibraryList;
 struct DspModuleRef;
+class TrackItem;
 
 // Where a command that inserts or deletes acts: the playlist view's selection when the
 // view has the keyboard focus, else the end of the main playlist.
@@ -122,6 +123,19 @@ public:
     void CommitAdditions(bool wasEmpty);
     // "Open": clear, add, play.
     void OpenPaths(const std::vector<std::string>& paths);
+    // With deferred retrieval (the window sets it), tracks added by AddPaths and
+    // AddDirectory get no information on the way in, so adding thousands of files never
+    // blocks; the tracks the retrieval rule wants read are listed instead, for the caller
+    // to read elsewhere and to take right after the add. A track about to play still gets
+    // its information first, so its title shows at once.
+    void SetDeferredRetrieval(bool deferred) { deferRetrieval_ = deferred; }
+    struct DeferredTrack {
+        int row;           // where the track is now
+        std::string path;  // its full name
+    };
+    // The tracks listed since the last call that are still in the main playlist, in row
+    // order.
+    std::vector<DeferredTrack> TakeDeferredTracks();
     bool SaveMainPlaylistAs(const std::string& fileName, int format);
     // After rows were deleted or moved by the window (drag and drop), so the play order and
     // the prepared stream follow.
@@ -161,6 +175,8 @@ private:
     void DeleteFinishedRow(int row);
     TitleState MakeState();
     void Refresh(bool listChanged);
+    void NoteDeferred(const PlaylistItem& item);
+    void RetrieveBeforePlaying(TrackRecord* record);
 
     // Commands.
     bool ResetAllOptions();
@@ -184,6 +200,9 @@ private:
     bool nextPrepared_ = false;   // a next stream was tried for the current one
     std::unique_ptr<TrackRecord> loaded_;
     std::unique_ptr<TrackRecord> nextLoaded_;
+
+    bool deferRetrieval_ = false;
+    std::vector<const TrackItem*> deferredTracks_;
 
     bool startupDone_ = false;
     bool replacedByShell_ = false;

@@ -5,6 +5,7 @@
 #include "playlist/RandomEntry.h"
 #include "playlist/RandomEntryWalk.h"
 #include "playlist/TrackItem.h"
+#include "playlist/files/RetrievalRule.h"
 #include "playlist/random/SampleSpaceTexts.h"
 #include "plugins/dsp/DspHost.h"
 #include "settings/EqualizerRecord.h"
@@ -86,9 +87,14 @@ void PlayerCore::Play(bool keepRandomEntries) {
     Refresh(false);
 }
 
+void PlayerCore::RetrieveBeforePlaying(TrackRecord* record) {
+    if (deferRetrieval_ && record && !record->InfoRetrieved()) RetrieveOnAdd(*record, settings_, modules_);
+}
+
 bool PlayerCore::StartCurrentRow() {
     TrackRecord* record = nullptr;
     const std::string path = PathOfRow(currentRow_, &record);
+    RetrieveBeforePlaying(record);
     ApplyPresetLink(path);
     current_ = MakeStream(path, nullptr);
     nextPrepared_ = false;
@@ -204,6 +210,7 @@ void PlayerCore::PrepareNextStream() {
     if (row < 0 || !current_) return;
     TrackRecord* record = nullptr;
     const std::string path = PathOfRow(row, &record);
+    RetrieveBeforePlaying(record);
     if (settings_.usePresetLinks) settings_.presets.ChooseForTrack(path, settings_.equalizerValues, settings_.preAmp);
     auto stream = MakeStream(path, current_.get());
     if (stream->Failed() || current_->NextStream() != stream.get()) {

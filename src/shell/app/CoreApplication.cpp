@@ -54,6 +54,9 @@ void CoreApplication::StartUp(void* mainWindow) {
 }
 
 int CoreApplication::Run() {
+    // Quit before the loop ran (a signal while start-up showed a message box): the loop
+    // that took the quit is gone, so this one would wait for nothing.
+    if (tornDown_) return 0;
     int code = 0;
     do {
         code = QCoreApplication::exec();
@@ -67,6 +70,7 @@ void CoreApplication::TearDownOnce() {
     tornDown_ = true;
     progressTimer_.stop();
     displayTimer_.stop();
+    StoreWindowState();
     core_->TearDown();
     if (terminal_ && !lastProgressLine_.empty()) std::fputs("\n", stdout);
 }

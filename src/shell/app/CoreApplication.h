@@ -66,9 +66,14 @@ signals:
 protected:
     void ProgressTick();
     virtual void DisplayTick() {}
+    // Teardown's first step with windows: the window layout goes into the settings before
+    // they are written.
+    virtual void StoreWindowState() {}
+    // The teardown, once; a derived application runs it in its own destructor, while its
+    // windows still exist.
+    void TearDownOnce();
 
 private:
-    void TearDownOnce();
     void WatchSignals();
     void ShowProgressLine();
 
