@@ -66,7 +66,7 @@ void AppendFlattened(std::vector<std::unique_ptr<PlaylistItem>> items,
 std::string UntitledPlaylistName(std::string_view userDirectory) {
     std::string name(userDirectory);
     if (name.empty() || name.back() != '/') name += '/';
-    return name + "Untitled.";
+    return name + "Untitled";
 }
 
 int AddNewPlaylist(Playlist& main, int row, std::string_view fileName) {

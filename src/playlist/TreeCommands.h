@@ -11,8 +11,9 @@ namespace verdin {
 class Playlist;
 class PlaylistItem;
 
-// The name a playlist carries until it is saved: "Untitled." in the user directory (body
-// "Untitled", extension ".").
+// The name a playlist carries until it is saved: "Untitled" in the user directory (body
+// "Untitled", no extension). Saving it then gives "Untitled.vdp" (or .m3u, .pls), where a
+// name ending in a bare "." would give "Untitled..vdp".
 std::string UntitledPlaylistName(std::string_view userDirectory);
 
 // "Add New Playlist" / "Insert New Playlist": a new, empty nested playlist named fileName,

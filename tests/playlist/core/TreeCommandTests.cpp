@@ -189,10 +189,10 @@ TEST(TreeCommands, RowOfItemFindsAnyKindOfItem) {
 TEST(TreeCommands, UntitledPlaylistsAreNamedInTheUserDirectory) {
     for (const char* directory : {"/home/u/.local/share/Brimfell/Verdin", "/home/u/.local/share/Brimfell/Verdin/"}) {
         const std::string name = UntitledPlaylistName(directory);
-        EXPECT_EQ(name, "/home/u/.local/share/Brimfell/Verdin/Untitled.");
+        EXPECT_EQ(name, "/home/u/.local/share/Brimfell/Verdin/Untitled");
         const Playlist playlist(name);
         EXPECT_EQ(playlist.Body(), "Untitled");
-        EXPECT_EQ(playlist.Extension(), ".");
+        EXPECT_EQ(playlist.Extension(), "");
     }
 }
 
