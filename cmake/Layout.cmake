@@ -4,6 +4,10 @@
 #   lib/verdin/Plug-ins/*.so      bundled plug-ins
 #   share/verdin/...              data
 include(GNUInstallDirs)
+# The program finds its libraries and plug-ins beside itself (<prefix>/lib/verdin), so the
+# installed tree keeps exactly the build tree's shape, whatever the distribution's
+# library directory is called.
+set(VERDIN_INSTALL_LIBDIR lib/verdin)
 set(VERDIN_BIN_DIR      ${CMAKE_BINARY_DIR}/bin)
 set(VERDIN_LIB_DIR      ${CMAKE_BINARY_DIR}/lib/verdin)
 set(VERDIN_PLUGIN_DIR   ${CMAKE_BINARY_DIR}/lib/verdin/Plug-ins)
@@ -22,7 +26,7 @@ function(verdin_add_plugin name)
     C_VISIBILITY_PRESET hidden
     CXX_VISIBILITY_PRESET hidden)
   target_link_libraries(${name} PRIVATE verdin_sdk)
-  install(TARGETS ${name} LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}/verdin/Plug-ins)
+  install(TARGETS ${name} LIBRARY DESTINATION ${VERDIN_INSTALL_LIBDIR}/Plug-ins)
 endfunction()
 
 # Adds every subfolder of the current source folder that has a CMakeLists.txt,
