@@ -72,7 +72,7 @@ private slots:
         const int expectedPositions[] = {0, 20, 7, 10, 14};
         for (int i = 0; i < 5; ++i) {
             QCOMPARE(dialog.Band(i)->Gain(), settings.equalizerValues[static_cast<size_t>(i)]);
-            QCOMPARE(dialog.Band(i)->Slider()->value(), expectedPositions[i]);  // 10 - gain: the top is +10 dB
+            QCOMPARE(dialog.Band(i)->Position(), expectedPositions[i]);  // 10 - gain: the top is +10 dB
         }
         QCOMPARE(dialog.Band(0)->Label(), QStringLiteral("10dB"));
         QCOMPARE(dialog.Band(1)->Label(), QStringLiteral("-10dB"));
@@ -84,8 +84,12 @@ private slots:
         QCOMPARE(dialog.PresetLinksBox()->text(), QStringLiteral("Use preset links"));
         QCOMPARE(dialog.LoudnessBox()->text(), QStringLiteral("Loudness"));
 
-        dialog.Band(15)->Slider()->setValue(13);
+        dialog.Band(15)->SetPosition(13);
         QCOMPARE(dialog.Band(15)->Gain(), -3);
+        // Dragged by the user: the slider's own value moves the gain the same way.
+        dialog.Band(14)->Slider()->triggerAction(QAbstractSlider::SliderToMaximum);
+        QCOMPARE(dialog.Band(14)->Gain(), 10);
+        QCOMPARE(dialog.Band(14)->Label(), QStringLiteral("10dB"));
         QCOMPARE(dialog.Band(15)->Label(), QStringLiteral("-3dB"));
         dialog.Band(2)->SetGain(42);
         QCOMPARE(dialog.Band(2)->Gain(), 10);

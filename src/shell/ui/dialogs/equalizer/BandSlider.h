@@ -1,7 +1,7 @@
 #pragma once
-// One gain slider of the equalizer: -10..+10 dB in steps of 1 dB. The slider runs 0..20
-// with position = 10 - gain, so its top is +10 dB; below it the gain as "%ddB", above it
-// the band's name.
+// One gain slider of the equalizer: -10..+10 dB in steps of 1 dB, +10 dB at the top;
+// below it the gain as "%ddB", above it the band's name. Its position counts 0..20 from
+// the top, so position = 10 - gain.
 #include <QWidget>
 
 class QLabel;
@@ -23,6 +23,9 @@ public:
     int Gain() const;
     // Clamped to -10..+10; emits GainChanged when the gain changes.
     void SetGain(int gain);
+    // 0 at the top (+10 dB) .. 20 at the bottom (-10 dB).
+    int Position() const;
+    void SetPosition(int position);
     QSlider* Slider() const { return slider_; }
     QString Label() const;
 

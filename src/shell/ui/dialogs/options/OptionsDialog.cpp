@@ -60,7 +60,7 @@ OptionsDialog::OptionsDialog(QWidget* parent, PlayerCore& core, const QString& p
     connect(index_, &QListWidget::currentRowChanged, stack_, &QStackedWidget::setCurrentIndex);
     index_->setCurrentRow(0);
     ShowPage(page);
-    resize(760, 600);
+    resize(780, 700);
 }
 
 OptionsPage* OptionsDialog::Page(const QString& title) const {

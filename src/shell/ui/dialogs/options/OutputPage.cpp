@@ -39,8 +39,11 @@ void SelectDevice(QComboBox* combo, int index) {
     combo->setCurrentIndex(index);
 }
 
-void FillDevices(QComboBox* combo, const std::vector<OutputDeviceEntry>& entries) {
+void FillDevices(QComboBox* combo, const std::vector<OutputDeviceEntry>& entries, const QString& whenEmpty) {
     combo->clear();
+    // Without a list (no sound server answers) the first entry still stands for the
+    // default device.
+    if (entries.empty()) combo->addItem(whenEmpty, 0);
     for (size_t i = 0; i < entries.size(); ++i) {
         const OutputDeviceEntry& entry = entries[i];
         const QString text = entry.description.empty() || entry.description == entry.name
@@ -143,8 +146,8 @@ void OutputPage::FillDeviceLists(const std::vector<OutputDeviceEntry>& alsa, con
     // What the user chose before the lists came is what they select now.
     const int alsaChoice = alsaDevices_->currentData().toInt();
     const int pulseChoice = pulseSinks_->currentData().toInt();
-    FillDevices(alsaDevices_, alsa);
-    FillDevices(pulseSinks_, pulse);
+    FillDevices(alsaDevices_, alsa, QStringLiteral("default"));
+    FillDevices(pulseSinks_, pulse, QStringLiteral("Default sink"));
     listed_ = true;
     SelectDevice(alsaDevices_, alsaChoice);
     SelectDevice(pulseSinks_, pulseChoice);
