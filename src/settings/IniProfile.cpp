@@ -14,17 +14,6 @@ namespace verdin {
 
 namespace {
 
-std::string_view Trim(std::string_view s) {
-    while (!s.empty() && (s.front() == ' ' || s.front() == '\t')) s.remove_prefix(1);
-    while (!s.empty() && (s.back() == ' ' || s.back() == '\t')) s.remove_suffix(1);
-    return s;
-}
-
-std::string_view Unquote(std::string_view s) {
-    if (s.size() >= 2 && (s.front() == '"' || s.front() == '\'') && s.back() == s.front())
-        return s.substr(1, s.size() - 2);
-    return s;
-}
 
 }  // namespace
 
@@ -37,18 +26,18 @@ IniProfile IniProfile::Parse(std::string_view text) {
         std::string_view line = text.substr(start, end - start);
         start = end + 1;
         if (!line.empty() && line.back() == '\r') line.remove_suffix(1);
-        line = Trim(line);
+        line = TrimBlanks(line);
         if (line.empty()) continue;
         if (line.front() == '[') {
             const size_t close = line.find(']');
             std::string_view name = line.substr(1, close == std::string_view::npos ? std::string_view::npos : close - 1);
-            profile.sections_.push_back(Section{std::string(Trim(name)), {}});
+            profile.sections_.push_back(Section{std::string(TrimBlanks(name)), {}});
             continue;
         }
         const size_t eq = line.find('=');
         if (eq == std::string_view::npos || profile.sections_.empty()) continue;
         profile.sections_.back().entries.push_back(
-            Entry{std::string(Trim(line.substr(0, eq))), std::string(Unquote(Trim(line.substr(eq + 1))))});
+            Entry{std::string(TrimBlanks(line.substr(0, eq))), std::string(Unquote(TrimBlanks(line.substr(eq + 1))))});
     }
     return profile;
 }

@@ -18,6 +18,11 @@ bool LessIgnoreCase(std::string_view a, std::string_view b);
 std::string ToUpper(std::string_view text);
 std::string ToLower(std::string_view text);
 
+// Without the blanks and tabs at either end.
+std::string_view TrimBlanks(std::string_view text);
+// Without the double or single quotes that wholly enclose it ("\"x\"" gives x).
+std::string_view Unquote(std::string_view text);
+
 // The extension of a name: from its last "." to the end, or empty.
 std::string_view ExtensionOf(std::string_view name);
 // Whether name ends in extension (".mp3"), ignoring case.

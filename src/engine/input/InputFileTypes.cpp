@@ -12,13 +12,6 @@ namespace {
 // Real lists are a few hundred bytes; this only stops a list that has no end.
 constexpr size_t kMaxFileTypeListBytes = 64 * 1024;
 
-std::string_view TrimBlanks(std::string_view text) {
-    const size_t first = text.find_first_not_of(" \t");
-    if (first == std::string_view::npos) return {};
-    const size_t last = text.find_last_not_of(" \t");
-    return text.substr(first, last - first + 1);
-}
-
 // The next NUL-terminated text at list[at], or none when the bound is reached first.
 std::optional<std::string_view> TextAt(const char* list, size_t at) {
     if (at >= kMaxFileTypeListBytes) return std::nullopt;

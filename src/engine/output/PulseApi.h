@@ -8,42 +8,47 @@
 
 namespace verdin {
 
+// The functions the player uses, each once.
+#define VERDIN_PULSE_FUNCTIONS(X) \
+    X(name) \
+    X(pa_stream_get_state) \
+    X(pa_operation_unref) \
+    X(pa_context_get_state) \
+    X(pa_stream_get_time) \
+    X(pa_stream_flush) \
+    X(pa_operation_cancel) \
+    X(pa_strerror) \
+    X(pa_stream_write) \
+    X(pa_stream_update_timing_info) \
+    X(pa_stream_unref) \
+    X(pa_stream_new) \
+    X(pa_stream_get_index) \
+    X(pa_stream_disconnect) \
+    X(pa_stream_cork) \
+    X(pa_stream_connect_playback) \
+    X(pa_sample_spec_valid) \
+    X(pa_mainloop_set_poll_func) \
+    X(pa_mainloop_prepare) \
+    X(pa_mainloop_poll) \
+    X(pa_mainloop_new) \
+    X(pa_mainloop_get_api) \
+    X(pa_mainloop_free) \
+    X(pa_mainloop_dispatch) \
+    X(pa_cvolume_set) \
+    X(pa_context_unref) \
+    X(pa_context_set_sink_input_volume) \
+    X(pa_context_new) \
+    X(pa_context_get_sink_info_list) \
+    X(pa_context_get_server_info) \
+    X(pa_context_errno) \
+    X(pa_context_disconnect) \
+    X(pa_context_connect) \
+    X(pa_sw_volume_from_dB)
+
 struct PulseApi {
-#define VERDIN_PULSE_FUNCTION(name) decltype(&::name) name = nullptr;
-    VERDIN_PULSE_FUNCTION(pa_stream_get_state)
-    VERDIN_PULSE_FUNCTION(pa_operation_unref)
-    VERDIN_PULSE_FUNCTION(pa_context_get_state)
-    VERDIN_PULSE_FUNCTION(pa_stream_get_time)
-    VERDIN_PULSE_FUNCTION(pa_stream_flush)
-    VERDIN_PULSE_FUNCTION(pa_operation_cancel)
-    VERDIN_PULSE_FUNCTION(pa_strerror)
-    VERDIN_PULSE_FUNCTION(pa_stream_write)
-    VERDIN_PULSE_FUNCTION(pa_stream_update_timing_info)
-    VERDIN_PULSE_FUNCTION(pa_stream_unref)
-    VERDIN_PULSE_FUNCTION(pa_stream_new)
-    VERDIN_PULSE_FUNCTION(pa_stream_get_index)
-    VERDIN_PULSE_FUNCTION(pa_stream_disconnect)
-    VERDIN_PULSE_FUNCTION(pa_stream_cork)
-    VERDIN_PULSE_FUNCTION(pa_stream_connect_playback)
-    VERDIN_PULSE_FUNCTION(pa_sample_spec_valid)
-    VERDIN_PULSE_FUNCTION(pa_mainloop_set_poll_func)
-    VERDIN_PULSE_FUNCTION(pa_mainloop_prepare)
-    VERDIN_PULSE_FUNCTION(pa_mainloop_poll)
-    VERDIN_PULSE_FUNCTION(pa_mainloop_new)
-    VERDIN_PULSE_FUNCTION(pa_mainloop_get_api)
-    VERDIN_PULSE_FUNCTION(pa_mainloop_free)
-    VERDIN_PULSE_FUNCTION(pa_mainloop_dispatch)
-    VERDIN_PULSE_FUNCTION(pa_cvolume_set)
-    VERDIN_PULSE_FUNCTION(pa_context_unref)
-    VERDIN_PULSE_FUNCTION(pa_context_set_sink_input_volume)
-    VERDIN_PULSE_FUNCTION(pa_context_new)
-    VERDIN_PULSE_FUNCTION(pa_context_get_sink_info_list)
-    VERDIN_PULSE_FUNCTION(pa_context_get_server_info)
-    VERDIN_PULSE_FUNCTION(pa_context_errno)
-    VERDIN_PULSE_FUNCTION(pa_context_disconnect)
-    VERDIN_PULSE_FUNCTION(pa_context_connect)
-    VERDIN_PULSE_FUNCTION(pa_sw_volume_from_dB)
-#undef VERDIN_PULSE_FUNCTION
+#define VERDIN_PULSE_FIELD(name) decltype(&::name) name = nullptr;
+    VERDIN_PULSE_FUNCTIONS(VERDIN_PULSE_FIELD)
+#undef VERDIN_PULSE_FIELD
 };
 
 // The loaded library's functions, or null when libpulse cannot be opened (or lacks one

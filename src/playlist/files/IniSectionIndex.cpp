@@ -10,17 +10,6 @@ namespace verdin {
 
 namespace {
 
-std::string_view Trim(std::string_view s) {
-    while (!s.empty() && (s.front() == ' ' || s.front() == '\t')) s.remove_prefix(1);
-    while (!s.empty() && (s.back() == ' ' || s.back() == '\t')) s.remove_suffix(1);
-    return s;
-}
-
-std::string_view Unquote(std::string_view s) {
-    if (s.size() >= 2 && (s.front() == '"' || s.front() == '\'') && s.back() == s.front())
-        return s.substr(1, s.size() - 2);
-    return s;
-}
 
 // The number n when digits is exactly how "%d" prints a positive n.
 int PositiveDecimal(std::string_view digits) {
@@ -42,20 +31,20 @@ IniSectionIndex IniSectionIndex::Parse(std::string_view text, std::string_view s
         std::string_view line = text.substr(start, end - start);
         start = end + 1;
         if (!line.empty() && line.back() == '\r') line.remove_suffix(1);
-        line = Trim(line);
+        line = TrimBlanks(line);
         if (line.empty()) continue;
         if (line.front() == '[') {
             if (inside) break;  // its section has ended
             const size_t close = line.find(']');
             const std::string_view name =
                 line.substr(1, close == std::string_view::npos ? std::string_view::npos : close - 1);
-            inside = EqualsIgnoreCase(Trim(name), section);
+            inside = EqualsIgnoreCase(TrimBlanks(name), section);
             continue;
         }
         if (!inside) continue;
         const size_t eq = line.find('=');
         if (eq == std::string_view::npos) continue;
-        index.values_.try_emplace(ToLower(Trim(line.substr(0, eq))), Unquote(Trim(line.substr(eq + 1))));
+        index.values_.try_emplace(ToLower(TrimBlanks(line.substr(0, eq))), Unquote(TrimBlanks(line.substr(eq + 1))));
     }
     return index;
 }
