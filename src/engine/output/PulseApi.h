@@ -10,7 +10,6 @@ namespace verdin {
 
 // The functions the player uses, each once.
 #define VERDIN_PULSE_FUNCTIONS(X) \
-    X(name) \
     X(pa_stream_get_state) \
     X(pa_operation_unref) \
     X(pa_context_get_state) \
