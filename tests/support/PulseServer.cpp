@@ -159,7 +159,9 @@ MonitorRecorder::MonitorRecorder(const PulseServer& server, int sampleRate, int 
         "parec", "--server=" + server.Address(),
         std::string("--device=") + PulseServer::kSinkName + ".monitor", "--format=s16le",
         "--rate=" + std::to_string(sampleRate), "--channels=" + std::to_string(channels),
-        "--latency-msec=10", "--raw"};
+        // A roomy buffer: on a busy machine a recorder that cannot keep up with a small one
+        // loses samples, and the tests compare every sample.
+        "--latency-msec=250", "--raw"};
     // parec writes the samples to its standard output, which goes into the file.
     pid_ = Spawn(argv, {}, file_);
     if (pid_ <= 0) {

@@ -270,7 +270,9 @@ private:
         if (Pulse()->pa_stream_get_time(core_.stream, &now) != 0 || now <= baseUsec_) return;
         const int64_t frames =
             static_cast<int64_t>((now - baseUsec_) * core_.format.sampleRate / 1'000'000);
-        played_ = std::max(played_, frames);
+        // The server's clock is interpolated and runs on over silence; nothing can have
+        // been heard that was not written in this run.
+        played_ = std::max(played_, std::min(frames, committedFrames_));
     }
 
     // When the main loop cannot run (the server went away), wait for a request instead.
