@@ -181,6 +181,8 @@ std::span<const FrameId> WritableFrames() { return kWritableFrames; }
 
 bool IsWritableFrame(FrameId id) { return PropertyOf(id) != nullptr; }
 
+bool CanWriteTags(const std::string& path) { return kWriters[static_cast<size_t>(TagFileKindFor(path))] != nullptr; }
+
 std::string WriteTagFrames(const std::string& path, std::span<const FrameEdit> edits) {
     for (const FrameEdit& edit : edits)
         if (!IsWritableFrame(edit.id)) return "This frame cannot be edited";

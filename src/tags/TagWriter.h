@@ -33,6 +33,9 @@ struct FrameEdit {
 std::span<const FrameId> WritableFrames();
 bool IsWritableFrame(FrameId id);
 
+// Whether tags of the file's layout (by its name) can be written at all.
+bool CanWriteTags(const std::string& path);
+
 // Writes the edits into the tag of the file at path (a symbolic link is followed).
 // Returns an error text, empty on success; on an error nothing on disk has changed.
 // Edits of frames that are not writable are refused as a whole.

@@ -22,6 +22,7 @@
 #include <QCheckBox>
 #include <QComboBox>
 #include <QDoubleSpinBox>
+#include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
 #include <QMenu>
@@ -304,6 +305,12 @@ private slots:
         for (int i = 0; i < output->CooperativeLevel()->count(); ++i) levels << output->CooperativeLevel()->itemText(i);
         QCOMPARE(levels, (QStringList{"Normal", "Priority", "Exclusive"}));
         QCOMPARE(output->CooperativeLevel()->currentText(), QStringLiteral("Priority"));  // the default, 2
+        bool noteShown = false;
+        for (const QLabel* label : output->findChildren<QLabel*>())
+            noteShown |= label->text() == QStringLiteral("Note: It is recommended to use 100% buffer pre-fill with the "
+                                                         "PulseAudio output. Buffer pre-fill may be adjusted from the "
+                                                         "Decoder section.");
+        QVERIFY(noteShown);
         dialog.Apply();
         QCOMPARE(settings.waveOutDevice, 5);
         output->AlsaDevices()->setCurrentIndex(0);

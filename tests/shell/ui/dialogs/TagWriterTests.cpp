@@ -177,6 +177,9 @@ TEST_F(TagWriterTest, OnlyTheCommonFramesAreWritable) {
     for (FrameId id : WritableFrames()) EXPECT_TRUE(IsWritableFrame(id));
     EXPECT_FALSE(IsWritableFrame(FrameId::GeneralObject));
     EXPECT_EQ(WritableFrames().size(), 9u);
+    for (const char* name : {"a.mp3", "a.MP2", "a.flac", "a.ogg", "a.opus", "a.wav", "a.aiff"})
+        EXPECT_TRUE(CanWriteTags(name)) << name;
+    for (const char* name : {"a.probe", "a", "a.txt"}) EXPECT_FALSE(CanWriteTags(name)) << name;
 }
 
 TEST_F(TagWriterTest, ALinkedTrackIsWrittenThroughItsLinkAndKeepsItsPermissions) {

@@ -113,6 +113,9 @@ private slots:
                                                                      "44100 Hz\n\n16 bit stereo\n\n1 : 7.350\n\n"));
         QVERIFY(dialog.Tags());
         QCOMPARE(dialog.Tags()->findChild<QLabel*>(QStringLiteral("tagVersion"))->text(), QStringLiteral("No ID3 Tag found"));
+        // A layout no tag can be written to offers no editing.
+        QVERIFY(!dialog.Tags()->EditorOf(FrameId::Title)->isEnabled());
+        QVERIFY(!dialog.Tags()->findChild<QPushButton*>(QStringLiteral("writeTag"))->isEnabled());
     }
 
     void theFileInfoButtonHandsTheFileToItsModule() {
@@ -183,6 +186,7 @@ private slots:
         TrackPropertiesDialog dialog(nullptr, core, track);
         TagPage* page = dialog.Tags();
         QLineEdit* title = page->EditorOf(FrameId::Title);
+        QVERIFY(title->isEnabled());
         QCOMPARE(title->text(), QStringLiteral("Before"));
         title->setText(QStringLiteral("After"));
         page->EditorOf(FrameId::Album)->setText(QStringLiteral("New album"));

@@ -140,13 +140,14 @@ void TagPage::FillFrames() {
 }
 
 void TagPage::FillEditors() {
+    const bool editable = readable_ && CanWriteTags(path_);
     for (FrameId id : WritableFrames()) {
         shown_[FrameIndex(id)] = readable_ ? FrameStringValue(tag_, id) : std::string();
         QLineEdit* edit = editors_[FrameIndex(id)];
         edit->setText(Text(shown_[FrameIndex(id)]));
-        edit->setEnabled(readable_);
+        edit->setEnabled(editable);
     }
-    writeTag_->setEnabled(readable_);
+    writeTag_->setEnabled(editable);
 }
 
 void TagPage::SelectionChanged() {

@@ -6,7 +6,7 @@
 // which are written back into the file safely (TagWriter.h).
 //
 // The page reads the file itself, with attachments kept, so that what it shows and saves
-// is what the file holds now.
+// is what the file holds now. Editing is offered for the layouts tags can be written to.
 #include "tags/FrameId.h"
 #include "tags/TagVersion.h"
 #include "tags/TrackTag.h"
