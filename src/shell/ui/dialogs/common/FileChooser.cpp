@@ -18,7 +18,7 @@ QString QtFileFilter(const QString& playerFilter) {
     const QStringList pieces = playerFilter.split(QLatin1Char('|'));
     QStringList filters;
     for (qsizetype i = 0; i + 1 < pieces.size(); i += 2) {
-        if (pieces[i].isEmpty()) continue;
+        if (pieces[i].isEmpty() || pieces[i + 1].isEmpty()) continue;  // half a pair names nothing
         QString patterns = pieces[i + 1];
         patterns.replace(QLatin1Char(';'), QLatin1Char(' '));
         // "*.*" means every file on the system the filters were written for.
