@@ -365,6 +365,11 @@ void AlsaDevice::Resume() {
     }, core_->wake, core_->finished);
 }
 
+void AlsaDevice::TakeBackFrames(uint32_t frames) {
+    // This device reads a negative commit as bytes (the crossfade hand-over's count).
+    CommitFrames(-static_cast<int32_t>(frames * BytesPerFrame()));
+}
+
 void AlsaDevice::CommitFrames(int32_t count) {
     if (!core_) return;
     // A negative count is the crossfade's byte count (frames x bytes per frame): the

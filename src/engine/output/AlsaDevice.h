@@ -54,6 +54,7 @@ public:
     void Resume() override;
     // Counts the frames the streams have made ready (see above); copies nothing.
     void CommitFrames(int32_t count) override;
+    void TakeBackFrames(uint32_t frames) override;
     // Volume 0..65535 on both channels; the high 16 bits of the value are ignored.
     void SetVolume(uint32_t volume) override;
     uint32_t GetVolume() override;

@@ -13,6 +13,8 @@ OutputDevice::~OutputDevice() = default;
 
 void OutputDevice::CommitFrames(int32_t) {}
 
+void OutputDevice::TakeBackFrames(uint32_t) {}
+
 void OutputDevice::Wait(uint32_t frames) {
     const uint64_t rate = format_.sampleRate ? format_.sampleRate : 1;
     const uint64_t ms = std::max<uint64_t>(10, uint64_t{frames} * 1000 / rate);

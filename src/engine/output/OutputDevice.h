@@ -39,6 +39,10 @@ public:
     // crossfade hand-over passes a byte count here; only a device that keeps a copy
     // of the ring acts on it). The default does nothing.
     virtual void CommitFrames(int32_t count);
+    // The stream takes back the last frames it wrote (silence cut at the end of a track):
+    // they were never heard and will be written again. Unlike a negative CommitFrames,
+    // the count is in frames. The default does nothing.
+    virtual void TakeBackFrames(uint32_t frames);
     // The stream is that many frames ahead and lets the device catch up. The default
     // sleeps max(10, frames x 1000 / sampleRate) milliseconds.
     virtual void Wait(uint32_t frames);

@@ -410,6 +410,11 @@ void PulseDevice::Resume() {
     }, core_->wake, core_->finished);
 }
 
+void PulseDevice::TakeBackFrames(uint32_t frames) {
+    // This device scales a negative commit by the frame size itself.
+    CommitFrames(-static_cast<int32_t>(frames));
+}
+
 void PulseDevice::CommitFrames(int32_t count) {
     if (!core_ || count == 0) return;
     const auto deadline = std::chrono::steady_clock::now() + kCommitTimeout;

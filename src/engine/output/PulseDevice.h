@@ -62,6 +62,7 @@ public:
     void Pause() override;
     void Resume() override;
     void CommitFrames(int32_t count) override;
+    void TakeBackFrames(uint32_t frames) override;
     // 0 gives -10000 hundredths of a decibel (silence); otherwise 2000 x log10(v/65535),
     // truncated. Applied as the stream's volume on the server.
     void SetVolume(uint32_t volume) override;

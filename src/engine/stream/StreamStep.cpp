@@ -206,8 +206,8 @@ void Stream::TrimTrailingSilence() {
     if (keep == written) return;
     writePosition_ = position;
     framesWritten_.store(keep, std::memory_order_release);
-    // A device with its own copy of the ring moves its write cursor back over the cut.
-    output->device->CommitFrames(-static_cast<int32_t>(written - keep));
+    // A device that tracks or copies what was written takes the cut frames back.
+    output->device->TakeBackFrames(static_cast<uint32_t>(written - keep));
 }
 
 void Stream::OnFinish() {

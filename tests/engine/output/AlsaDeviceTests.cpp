@@ -153,6 +153,20 @@ TEST(AlsaDevice, ACrossfadesNegativeCommitTakesFramesBack) {
     EXPECT_EQ(d.device.GetPlayedFrames(), 16000);
 }
 
+TEST(AlsaDevice, FramesTakenBackAreCountedInFrames) {
+    NullDevice d(kCd.sampleRate);
+    ASSERT_TRUE(d.device.IsOpen()) << d.device.ErrorText();
+    d.device.Start();
+    d.device.Pause();
+    d.device.CommitFrames(20000);
+    d.device.TakeBackFrames(5000);  // the silence cut at the end of a track
+    d.device.CommitFrames(1000);
+    d.device.Resume();
+    ASSERT_TRUE(WaitUntil([&] { return d.device.GetPlayedFrames() >= 16000; }, 3s));
+    std::this_thread::sleep_for(100ms);
+    EXPECT_EQ(d.device.GetPlayedFrames(), 16000);
+}
+
 TEST(AlsaDevice, ARingOfSizeZeroReportsZeroPositions) {
     AlsaDevice device("null", kCd, nullptr, 0);
     ASSERT_TRUE(device.IsOpen()) << device.ErrorText();
