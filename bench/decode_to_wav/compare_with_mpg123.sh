@@ -1,6 +1,8 @@
 #!/usr/bin/env bash
 # Decodes a 10-minute MP3 into a WAV file with `mpg123 -w` and with verdin-decode (the
-# player's whole stream path), alternately, and reports the median times and their ratio.
+# player's whole stream path), alternately, and reports the median times and their ratio;
+# then the equalizer's cost over plain decoding, with every band at 0 dB (the equalizer
+# on but flat) and with a curve on the bands.
 # The MP3 is made once (synthesised with sox, encoded with lame) and kept in the cache dir.
 #   compare_with_mpg123.sh [runs]   (default 5)
 set -euo pipefail
@@ -27,22 +29,25 @@ time_of() {
 }
 median() { sort -g | awk '{a[NR]=$1} END {print (NR%2) ? a[(NR+1)/2] : (a[NR/2]+a[NR/2+1])/2}'; }
 
-peer=(); ours=(); oursEq=()
+curve=6,4,2,0,-2,-4,-3,0,1,3,5,4,2,0,-1,-6
+peer=(); ours=(); oursFlat=(); oursCurve=()
+mkdir -p "$work/flat" "$work/curve"
 for ((i = 0; i < runs; i++)); do
   peer+=("$(time_of mpg123 -q -w "$work/peer.wav" "$mp3")")
   ours+=("$(time_of "$bin/verdin-decode" -o "$work" "$mp3")")
-  mkdir -p "$work/eq"
-  oursEq+=("$(time_of "$bin/verdin-decode" -e -o "$work/eq" "$mp3")")
+  oursFlat+=("$(time_of "$bin/verdin-decode" -e -o "$work/flat" "$mp3")")
+  oursCurve+=("$(time_of "$bin/verdin-decode" -e -g "$curve" -o "$work/curve" "$mp3")")
 done
 p=$(printf '%s\n' "${peer[@]}" | median)
 o=$(printf '%s\n' "${ours[@]}" | median)
 printf 'mpg123 -w:        %.3f s processor time (median of %d)\n' "$p" "$runs"
 printf 'verdin-decode:    %.3f s\n' "$o"
-e=$(printf '%s\n' "${oursEq[@]}" | median)
+f=$(printf '%s\n' "${oursFlat[@]}" | median)
+c=$(printf '%s\n' "${oursCurve[@]}" | median)
 printf 'ratio:            %.3f (target <= 1.02)\n' "$(echo "$o / $p" | bc -l)"
-printf 'with equalizer:   %.3f s, %.1f%% over plain decoding (target <= 25%%)\n' "$e" "$(echo "($e - $o) * 100 / $o" | bc -l)"
-if cmp -s <(tail -c +45 "$work/peer.wav") <(tail -c +45 "$work/1. ten-minutes.wav"); then
-  echo "PCM: identical"
-else
-  echo "PCM: DIFFERS"
-fi
+printf 'equalizer, 0 dB:  %.3f s, %.1f%% over plain decoding (target <= 25%%)\n' "$f" "$(echo "($f - $o) * 100 / $o" | bc -l)"
+printf 'equalizer, curve: %.3f s, %.1f%% over plain decoding (target <= 25%%)\n' "$c" "$(echo "($c - $o) * 100 / $o" | bc -l)"
+same() { cmp -s <(tail -c +45 "$work/peer.wav") <(tail -c +45 "$1"); }
+if same "$work/1. ten-minutes.wav"; then echo "PCM: identical"; else echo "PCM: DIFFERS"; fi
+# At 0 dB the equalizer gives every frame back as it came.
+if same "$work/flat/1. ten-minutes.wav"; then echo "PCM at 0 dB: identical"; else echo "PCM at 0 dB: DIFFERS"; fi

@@ -11,10 +11,16 @@
 // SetEqualizerValues run on the user-interface thread at the same time, without a lock.
 // A hop may run with a gain table that is partly old and partly new; that is accepted.
 //
+// The hops a call can run are worked on several at once (HopBatch.h): through the
+// transforms, both channels and consecutive hops side by side; with every gain at 0 dB,
+// without transforms, as the frames they are.
+//
 // One object per stream, allocated once at stream set-up; nothing here allocates after
 // construction.
+#include "engine/equalizer/EqualizedHops.h"
 #include "engine/equalizer/EqualizerGains.h"
 #include "engine/equalizer/HartleyTransform.h"
+#include "engine/equalizer/SpectrumWeights.h"
 
 #include <verdin/input.h>
 
@@ -61,8 +67,9 @@ public:
     bool ReturnedFrameCount() const { return returnedFrames_; }
 
 private:
-    void RunHop(const uint8_t* in, uint8_t* out, uint32_t bytesPerSample, uint32_t channels);
-    void TakeGainSnapshot();
+    void RunHops(const uint8_t* in, uint8_t* out, uint32_t hops, uint32_t bytesPerSample, uint32_t channels);
+    void TakeNewGains();
+    void KeepOverlap(uint32_t bytesPerSample, uint32_t channels);
 
     // Input buffer and its fill count in bytes. Stream thread only.
     std::array<uint8_t, kInputCapacity> input_{};
@@ -74,20 +81,33 @@ private:
     int32_t firstBlock_ = 1;
     // Stream thread only: see ReturnedFrameCount().
     bool returnedFrames_ = false;
-    // The format of the held frames (0 before the first block). Stream thread only.
+    // The format of the held frames (0 before the first block), and the function that
+    // runs its hops through the transforms. Stream thread only.
     uint32_t heldBits_ = 0;
     uint32_t heldChannels_ = 0;
-    // Each channel's previous block after processing; its second half overlaps the next
-    // block's first half. Stream thread only.
-    std::array<std::array<double, kBlockFrames>, kMaxChannels> previous_{};
+    HopBatchFunction equalizedHops_ = nullptr;
+    // How many blocks go through the transforms side by side. Fixed at construction.
+    const int lanes_;
     // The gain table. Written entry by entry by the user-interface thread and read by the
     // stream thread, both relaxed: every entry is a self-contained value, and a table
     // that is half old, half new while it is being rewritten is acceptable. Atomic entries
     // keep that overlap free of data races without a second table and a hand-over.
     std::array<std::atomic<double>, kEqualizerGainCount> gains_;
-    // Stream thread only: the gains read once per Process call, and the block being worked on.
-    std::array<double, kEqualizerGainCount> gainsInUse_{};
-    std::array<double, kBlockFrames> block_{};
+    // Counts the rewrites of the table: incremented by the user-interface thread after
+    // each (release), read by the stream thread before it copies the table (acquire), so
+    // the table is copied only when it has changed. A rewrite that overlaps the copy
+    // counts once more and is copied again on the next call.
+    std::atomic<uint32_t> gainsVersion_{0};
+    // Stream thread only: the version the weights were made from, and the weights.
+    uint32_t weightsVersion_ = 0;
+    SpectrumWeights weights_;
+    // Stream thread only: the last hop ran at 0 dB and the overlap has not been written;
+    // it stands for the first 256 held frames times 512 (FlatHops.h).
+    bool overlapIsInput_ = false;
+    // Stream thread only: the block being worked on (one per lane), and the overlap kept
+    // from the last hop (see HopBatch.h).
+    alignas(64) std::array<double, kBlockFrames * kMaxHopLanes> block_{};
+    alignas(64) std::array<double, kHopFrames * kMaxHopLanes> overlap_{};
 };
 
 static_assert(std::atomic<double>::is_always_lock_free);

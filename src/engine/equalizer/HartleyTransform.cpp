@@ -1,7 +1,8 @@
 #include "engine/equalizer/HartleyTransform.h"
 
+#include "engine/equalizer/HartleyFactors.h"
+
 #include <array>
-#include <cmath>
 #include <cstdint>
 #include <cstring>
 #include <numbers>
@@ -59,9 +60,6 @@ template <class V>
         v = __builtin_shufflevector(v, v, 1, 0);
 }
 
-// Stages from L = 16 to L = 512; their half lengths M run from 8 to 256, and each needs
-// the factors for k = 1..M/2, stored from index M/2 - 4: 4 + 8 + ... + 128 = 252 entries.
-constexpr int kFactorCount = 252;
 constexpr int kSwapCount = (kSize - (1 << ((kBits + 1) / 2))) / 2;  // non-palindromic indices / 2
 
 bool HaveFourWide();
@@ -69,8 +67,7 @@ bool HaveFourWide();
 struct Tables {
     const bool fourWide = HaveFourWide();  // asked once: the processor does not change
     std::array<std::array<uint16_t, 2>, kSwapCount> swaps{};  // (i, reverse(i)) with i < reverse(i)
-    alignas(64) std::array<double, kFactorCount> cosine{};
-    alignas(64) std::array<double, kFactorCount> sine{};
+    const HartleyFactors& factors = SharedHartleyFactors();
 
     Tables() {
         int count = 0;
@@ -78,18 +75,6 @@ struct Tables {
             int reversed = 0;
             for (int bit = 0; bit < kBits; ++bit) reversed |= ((i >> bit) & 1) << (kBits - 1 - bit);
             if (i < reversed) swaps[count++] = {static_cast<uint16_t>(i), static_cast<uint16_t>(reversed)};
-        }
-        for (int half = 8; half < kSize; half *= 2) {
-            double* c = cosine.data() + half / 2 - 4;
-            double* s = sine.data() + half / 2 - 4;
-            for (int k = 1; k < half / 2; ++k) {
-                const double t = std::numbers::pi * k / half;  // 2 pi k / L
-                c[k - 1] = std::cos(t);
-                s[k - 1] = std::sin(t);
-            }
-            // k = M/2 pairs with itself; exact factors make both of its writes agree.
-            c[half / 2 - 1] = 0.0;
-            s[half / 2 - 1] = 1.0;
         }
     }
 };
@@ -137,8 +122,8 @@ void EightPointPass(double* x) {
 template <int W>
 [[gnu::always_inline]] inline void ButterflyStage(double* x, int half, const Tables& tables) {
     using V = typename LaneGroup<W>::Type;
-    const double* c = tables.cosine.data() + half / 2 - 4 - 1;  // indexed by k = 1..M/2
-    const double* s = tables.sine.data() + half / 2 - 4 - 1;
+    const double* c = tables.factors.CosinesOf(half);  // k = 1..M/2 at index k - 1
+    const double* s = tables.factors.SinesOf(half);
     for (int base = 0; base < kSize; base += 2 * half) {
         double* e = x + base;
         double* o = e + half;
@@ -154,8 +139,8 @@ template <int W>
             Load(oj, o + j);
             Reverse(ej);
             Reverse(oj);
-            Load(ck, c + k);
-            Load(sk, s + k);
+            Load(ck, c + k - 1);
+            Load(sk, s + k - 1);
             const V tk = ck * ok + sk * oj;
             V tj = sk * ok - ck * oj;
             Store(e + k, ek + tk);

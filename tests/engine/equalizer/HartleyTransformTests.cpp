@@ -1,5 +1,7 @@
 #include "engine/equalizer/HartleyTransform.h"
 
+#include "DirectHartley.h"
+
 #include <gtest/gtest.h>
 
 #include <array>
@@ -14,20 +16,7 @@ namespace verdin {
 namespace {
 
 using Block = std::array<double, kHartleySize>;
-
-// The defining sum, evaluated directly in long double: O(n^2), no shared tables.
-Block DirectHartley(const Block& x) {
-    Block h{};
-    for (int k = 0; k < kHartleySize; ++k) {
-        long double sum = 0;
-        for (int n = 0; n < kHartleySize; ++n) {
-            const long double t = 2 * std::numbers::pi_v<long double> * ((n * k) % kHartleySize) / kHartleySize;
-            sum += x[n] * (std::cos(t) + std::sin(t));
-        }
-        h[k] = static_cast<double>(sum);
-    }
-    return h;
-}
+using test::DirectHartley;
 
 struct NamedSignal {
     std::string name;
