@@ -42,6 +42,18 @@ CoreApplication::~CoreApplication() { TearDownOnce(); }
 
 bool CoreApplication::Register() { return RegisterDBusInterfaces(*this) != Registration::kNameTaken; }
 
+void CoreApplication::ScheduleStartUp(void* mainWindow) {
+    startUpScheduled_ = true;
+    startUpWindow_ = mainWindow;
+    QTimer::singleShot(0, this, [this] { EnsureStarted(); });
+}
+
+void CoreApplication::EnsureStarted() {
+    if (!startUpScheduled_) return;
+    startUpScheduled_ = false;
+    StartUp(startUpWindow_);
+}
+
 void CoreApplication::StartUp(void* mainWindow) {
     core_->LoadPlugins(mainWindow);
     core_->StartUp(options_.commandText);
@@ -67,6 +79,12 @@ int CoreApplication::Run() {
 
 void CoreApplication::TearDownOnce() {
     if (tornDown_ || !core_) return;
+    // Quitting before the start-up ran: nothing was loaded, and saving now would write an
+    // empty playlist over the user's.
+    if (startUpScheduled_) {
+        tornDown_ = true;
+        return;
+    }
     tornDown_ = true;
     progressTimer_.stop();
     displayTimer_.stop();

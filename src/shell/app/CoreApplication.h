@@ -36,6 +36,11 @@ public:
     bool Register();
     // The deferred start-up: plug-ins, the default playlist or the command text.
     void StartUp(void* mainWindow);
+    // Runs the start-up from the event loop's first turn, so the player answers on the bus
+    // (and its window shows "Retrieving track information...") while it loads.
+    void ScheduleStartUp(void* mainWindow);
+    // Completes a scheduled start-up now: whatever needs the player started calls this.
+    void EnsureStarted();
     // Runs the event loop until the player's own quit; returns the process exit code.
     int Run();
 
@@ -83,6 +88,8 @@ private:
     QTimer progressTimer_;
     QTimer displayTimer_;
     bool tornDown_ = false;
+    bool startUpScheduled_ = false;
+    void* startUpWindow_ = nullptr;
     bool playedSomething_ = false;
     bool terminal_ = false;
     std::string lastProgressLine_;

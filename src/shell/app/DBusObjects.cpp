@@ -29,15 +29,20 @@ SystemObject::SystemObject(CoreApplication& application, QObject* parent)
     : QObject(parent), application_(application) {}
 
 void SystemObject::Execute(const QString& text) {
+    application_.EnsureStarted();
     application_.Core().ExecuteCommandText(text.toStdString());
 }
 
 PlayerObject::PlayerObject(CoreApplication& application, QObject* parent)
     : QObject(parent), application_(application) {}
 
-bool PlayerObject::Command(uint id) { return application_.DispatchCommand(id); }
+bool PlayerObject::Command(uint id) {
+    application_.EnsureStarted();
+    return application_.DispatchCommand(id);
+}
 
 RowReplies PlayerObject::Rows() {
+    application_.EnsureStarted();
     PlayerCore& core = application_.Core();
     RowReplies rows;
     const int count = core.MainPlaylist().RowCount();
@@ -52,15 +57,28 @@ RowReplies PlayerObject::Rows() {
     return rows;
 }
 
-int PlayerObject::CurrentRow() { return application_.Core().CurrentRow(); }
+int PlayerObject::CurrentRow() {
+    application_.EnsureStarted();
+    return application_.Core().CurrentRow();
+}
 
-void PlayerObject::PlayRow(int row) { application_.Core().PlayRow(row); }
+void PlayerObject::PlayRow(int row) {
+    application_.EnsureStarted();
+    application_.Core().PlayRow(row);
+}
 
-QString PlayerObject::Status() { return QString::fromStdString(application_.Core().StatusText()); }
+QString PlayerObject::Status() {
+    application_.EnsureStarted();
+    return QString::fromStdString(application_.Core().StatusText());
+}
 
-QString PlayerObject::Caption() { return QString::fromStdString(application_.Core().Caption()); }
+QString PlayerObject::Caption() {
+    application_.EnsureStarted();
+    return QString::fromStdString(application_.Core().Caption());
+}
 
 QString PlayerObject::PlayerStatus() {
+    application_.EnsureStarted();
     switch (application_.Core().Status()) {
         case verdin::PlayerStatus::Playing: return QStringLiteral("playing");
         case verdin::PlayerStatus::Paused: return QStringLiteral("paused");
@@ -68,9 +86,13 @@ QString PlayerObject::PlayerStatus() {
     }
 }
 
-uint PlayerObject::Position() { return application_.Core().PositionMs(); }
+uint PlayerObject::Position() {
+    application_.EnsureStarted();
+    return application_.Core().PositionMs();
+}
 
 void PlayerObject::SavePlaylist(const QString& path) {
+    application_.EnsureStarted();
     const std::string name = path.toStdString();
     const std::string_view extension = ExtensionOf(name.substr(name.rfind('/') == std::string::npos ? 0 : name.rfind('/')));
     PlaylistFormat format = PlaylistFormat::kVdp;
