@@ -8,11 +8,26 @@
 #include <QCoreApplication>
 #include <QDBusConnection>
 #include <cstdio>
+#include <sys/resource.h>
 #include <unistd.h>
 
 namespace verdin {
 
 namespace {
+
+// The process priority class of the settings (the values of the original platform) as a
+// nice value for the whole process. Raising it needs privileges; a refusal is ignored and
+// the player runs at its normal priority.
+void ApplyProcessPriorityClass(int32_t priorityClass) {
+    struct Step {
+        int32_t priorityClass;
+        int nice;
+    };
+    static constexpr Step kSteps[] = {{64, 19},     {16384, 5},  {32, 0},
+                                      {32768, -5},  {128, -10},  {256, -15}};
+    for (const Step& step : kSteps)
+        if (step.priorityClass == priorityClass) (void)::setpriority(PRIO_PROCESS, 0, step.nice);
+}
 
 std::string OneLine(std::string_view text) {
     std::string line(text);
@@ -28,6 +43,7 @@ CoreApplication::CoreApplication(RunOptions options, QObject* parent)
     const SettingsEnvironment environment = CurrentSettingsEnvironment();
     LoadUserSettings(settings_, environment);
     core_ = std::make_unique<PlayerCore>(settings_, environment, *this);
+    ApplyProcessPriorityClass(settings_.processPriorityClass);
 
     progressTimer_.setObjectName(QStringLiteral("117"));
     progressTimer_.setInterval(100);
