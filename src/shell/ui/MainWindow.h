@@ -1,28 +1,161 @@
 #pragma once
-// The main window, "Verdin - Main Window".
+// The main window, "Verdin - Main Window": the tool bands (toolbars, status window,
+// position and volume bars, analyzer and oscilloscope), the playlist container with the
+// playlist view and its summary line, the menus and the accelerator table. It is a face on
+// the player core: every command goes through the command table, and what the window
+// shows is read from the core on each refresh.
+#include "shell/CommandTable.h"
+#include "shell/PlayerCore.h"
+#include "shell/ui/analyzer/ScopeDrawing.h"
+#include "shell/ui/window/Menus.h"
+#include "shell/ui/window/ToolBands.h"
+
 #include <QMainWindow>
+#include <memory>
+
+class QLabel;
+class QProgressBar;
+class QStatusBar;
 
 namespace verdin {
 
+class AddCommands;
+class InformationRetrieval;
+class PlaylistModel;
+class PlaylistView;
+class PositionControl;
+class ScopeWindow;
+class StatusWindow;
+class VolumeControl;
 class WindowApplication;
+class WindowCommands;
 
-class MainWindow : public QMainWindow {
+// The identifiers of the tool bands (kept in "rebarBandArray").
+enum BandId : int32_t {
+    kTransportBand = 103,     // transport and mode buttons
+    kWindowBand = 125,        // menus, playlist, window and exit buttons
+    kPositionBand = 111,      // the position bar
+    kVolumeBand = 116,        // the volume bar (shown with showVolumeControl)
+    kStatusBand = 115,        // the status window
+    kAnalyzerBand = 114,      // the frequency analyzer
+    kOscilloscopeBand = 124,  // the oscilloscope
+};
+
+class MainWindow final : public QMainWindow {
     Q_OBJECT
 public:
     explicit MainWindow(WindowApplication& application);
     ~MainWindow() override;
 
-    // Title, status, position and the rest drawn again; listChanged when rows changed.
+    // Title, status, position, volume and check marks from the core; with listChanged
+    // also the playlist view's rows and the summary line.
     void RefreshDisplays(bool listChanged);
+    // The position bar's range (seconds) and page for a new track; the thumb to 0.
     void SetPositionRange(int maximum, int page);
     // The 10 ms display tick: analyzer and oscilloscope.
     void DisplayTick();
+    // Runs a command-table identifier from a menu, key, button, plug-in or script.
+    bool Dispatch(uint32_t id);
+    bool Run(Action action);
+    // Where insert and delete commands act.
+    CommandContext Context() const;
+    // Teardown: the column layout, the band layout and the placement into the settings.
+    void StoreLayout();
+    // Appends dropped files, folders and links, as a drop on the window does.
+    void DropUrls(const QList<QUrl>& urls);
+    // Open, add, insert and drop.
+    AddCommands& Adding();
+
+    PlayerCore& Core() { return core_; }
+    WindowApplication& Application() { return application_; }
+    PlaylistView& View() { return *view_; }
+    PlaylistModel& Model() { return *model_; }
+    StatusWindow& Status() { return *status_; }
+    PositionControl& Position() { return *position_; }
+    VolumeControl& Volume() { return *volume_; }
+    ScopeWindow& Analyzer() { return *analyzer_; }
+    ScopeWindow& Oscilloscope() { return *oscilloscope_; }
+    InformationRetrieval& Retrieval() { return *retrieval_; }
+    const MainMenus& Menus() const { return menus_; }
+    ToolBands& Bands() { return bands_; }
+    QWidget& PlaylistContainer() { return *container_; }
+    QLabel& ListSummaryLabel() { return *listSummary_; }
+    QLabel& SelectionSummaryLabel() { return *selectionSummary_; }
+    QProgressBar& RetrievalProgress() { return *progress_; }
+    bool VolumeControlEnabled() const { return volumeEnabled_; }
 
 protected:
     void closeEvent(QCloseEvent* event) override;
+    void changeEvent(QEvent* event) override;
+    bool event(QEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+    void dragEnterEvent(QDragEnterEvent* event) override;
+    void dragMoveEvent(QDragMoveEvent* event) override;
+    void dropEvent(QDropEvent* event) override;
+    QMenu* createPopupMenu() override { return nullptr; }
 
 private:
+    void BuildBands();
+    QWidget* BuildPlaylistContainer();
+    ToolBand* AddButtonBand(int32_t id, const QString& title, std::initializer_list<uint32_t> buttons);
+    void AddWidgetBand(int32_t id, const QString& title, QWidget* widget);
+    void ApplySettings(bool force);
+    void ApplyPlaylistShown(bool shown);
+    void ApplyHeader();
+    void StoreHeader();
+    void UpdateHeightRule();
+    void UpdateSummaries(bool list);
+    void UpdateCheckMarks();
+    void CheckVolumeSupport();
+    void ShowContextMenu(int row, const QPoint& globalPosition);
+    void PaintAnalyzer(ScopePixels& pixels);
+    void PaintOscilloscope(ScopePixels& pixels);
+
     WindowApplication& application_;
+    PlayerCore& core_;
+    std::unique_ptr<WindowCommands> commands_;
+    ToolBands bands_;
+    MainMenus menus_;
+    StatusWindow* status_ = nullptr;
+    PositionControl* position_ = nullptr;
+    VolumeControl* volume_ = nullptr;
+    ScopeWindow* analyzer_ = nullptr;
+    ScopeWindow* oscilloscope_ = nullptr;
+    QWidget* container_ = nullptr;
+    PlaylistView* view_ = nullptr;
+    PlaylistModel* model_ = nullptr;
+    QStatusBar* summaryBar_ = nullptr;
+    QLabel* listSummary_ = nullptr;
+    QLabel* selectionSummary_ = nullptr;
+    QProgressBar* progress_ = nullptr;
+    QWidget* decoy_ = nullptr;
+    InformationRetrieval* retrieval_ = nullptr;
+    std::vector<std::pair<uint32_t, QAction*>> checkButtons_;
+    // Tracks added without their information, held back while an addition is still
+    // going in, so that they are read in a few large jobs rather than many small ones.
+    std::vector<PlayerCore::DeferredTrack> deferred_;
+
+    // What the window last applied from the settings.
+    struct Applied {
+        int32_t showPlaylist = -1;
+        int32_t showVolumeControl = -1;
+        int32_t frequencyAnalyzer = -1;
+        int32_t oscilloscope = -1;
+        int32_t alwaysOnTop = -1;
+        BandArray bands{};
+        std::array<int32_t, 8> headerOrder{};
+        std::array<int32_t, 8> headerWidth{};
+    } applied_;
+    int shownHeight_ = 0;       // the window's height before the playlist was hidden
+    bool volumeEnabled_ = true;
+    bool volumeWarningShown_ = false;
+    bool applyingHeader_ = false;
+
+    // Analyzer and oscilloscope.
+    ScopeColours colours_;
+    AnalyzerHistory history_;
+    ScopeCadence cadence_;
+    const Stream* drawnStream_ = nullptr;
 };
 
 }  // namespace verdin

@@ -1,7 +1,6 @@
 #include "WindowHost.h"
 
 #include "shell/ui/MainWindow.h"
-#include "shell/ui/dialogs/Dialogs.h"
 
 #include <QApplication>
 #include <QMessageBox>
@@ -26,7 +25,7 @@ WindowApplication::WindowApplication(RunOptions options) : CoreApplication(std::
     hostWindow_.host = this;
 }
 
-WindowApplication::~WindowApplication() = default;
+WindowApplication::~WindowApplication() { TearDownOnce(); }
 
 void WindowApplication::StartWithWindows() {
     window_ = std::make_unique<MainWindow>(*this);
@@ -66,16 +65,16 @@ void WindowApplication::SetPositionRange(int maximum, int page) {
 void WindowApplication::WindowCommandUnavailable(std::string_view) {}
 
 bool WindowApplication::DispatchCommand(uint32_t id) {
-    const CommandEntry* entry = FindCommand(id);
-    if (!entry) return false;
-    switch (entry->action) {
-        case Action::kAbout: ShowAbout(DialogOwner()); return true;
-        default: return Core().ExecuteAction(entry->action);
-    }
+    if (window_) return window_->Dispatch(id);
+    return CoreApplication::DispatchCommand(id);
 }
 
 void WindowApplication::DisplayTick() {
     if (window_) window_->DisplayTick();
+}
+
+void WindowApplication::StoreWindowState() {
+    if (window_) window_->StoreLayout();
 }
 
 intptr_t WindowApplication::SendMessage(VerdinHostWindow* window, uint32_t msg, uintptr_t wParam, intptr_t) {

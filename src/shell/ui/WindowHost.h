@@ -38,6 +38,7 @@ public:
 
 protected:
     void DisplayTick() override;
+    void StoreWindowState() override;
 
 private:
     static intptr_t SendMessage(VerdinHostWindow* window, uint32_t msg, uintptr_t wParam, intptr_t lParam);

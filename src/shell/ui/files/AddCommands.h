@@ -1,0 +1,76 @@
+#pragma once
+// Open, add and insert: the commands through which tracks enter the main playlist from
+// outside. "Open" replaces the list and plays; "Add" appends; "Insert" (an add issued
+// while the playlist view has the focus) puts the new entries before the view's selected
+// entry. Each ends with the additions committed: the play order rebuilt and, when the
+// list was empty, its first entry made current.
+//
+// Directories are scanned first; the files then go into the list in slices, one slice
+// per turn of the event loop, so that ten thousand files never hold the window still
+// (their information is read afterwards, on worker threads). Additions queue up and run
+// in the order they were asked for.
+#include <QList>
+#include <QObject>
+#include <QUrl>
+#include <deque>
+#include <string>
+#include <vector>
+
+class QWidget;
+
+namespace verdin {
+
+class PlayerCore;
+
+class AddCommands {
+public:
+    // Files added per turn of the event loop.
+    static constexpr size_t kSlice = 256;
+
+    AddCommands(PlayerCore& core, QWidget& dialogOwner) : core_(core), owner_(dialogOwner) {}
+    ~AddCommands();
+
+    // Whether names are still waiting to go into the list.
+    bool Busy() const { return !pending_.empty(); }
+
+    void OpenFiles();
+    void OpenDirectory();
+    void OpenUrl();
+    // atRow < 0: append.
+    void AddFiles(int atRow);
+    void AddDirectory(int atRow);
+    void AddUrl(int atRow);
+    void SaveMainPlaylistAs();
+    // Dropped files, folders, symbolic links and desktop links: always appended, in the
+    // order given; playback is not started.
+    void Drop(const QList<QUrl>& urls);
+    // The same, by name.
+    void DropNames(const std::vector<std::string>& names);
+    // "Open" on these paths: the list replaced, the first entry played once all are in.
+    void Open(const std::vector<std::string>& paths);
+    // "Add" of these paths, at a row (< 0: appended).
+    void Add(const std::vector<std::string>& paths, int atRow);
+
+private:
+    struct Name {
+        std::string path;
+        bool dropped;  // a dropped name: links are followed first
+    };
+    struct Addition {
+        std::deque<Name> names;  // what is still to go in; directories are scanned on the way
+        int atRow = -1;
+        int rowsAdded = 0;
+        bool wasEmpty = false;
+        bool play = false;
+    };
+    void Queue(const std::vector<std::string>& paths, bool dropped, int atRow, bool wasEmpty, bool play);
+    void RunSlice();
+    void SaveInitialDirectory();
+
+    PlayerCore& core_;
+    QWidget& owner_;
+    std::deque<Addition> pending_;
+    QObject sliceContext_;  // the next slice's timer dies with the commands
+};
+
+}  // namespace verdin
