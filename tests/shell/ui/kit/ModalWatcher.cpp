@@ -1,0 +1,70 @@
+#include "ModalWatcher.h"
+
+#include <QAbstractButton>
+#include <QApplication>
+#include <QFileDialog>
+#include <QLineEdit>
+#include <QMessageBox>
+
+namespace verdin::test {
+
+ModalWatcher::ModalWatcher(Answer answer) : answer_(std::move(answer)) {
+    timer_.setInterval(10);
+    QObject::connect(&timer_, &QTimer::timeout, [this] { Tick(); });
+    timer_.start();
+}
+
+ModalWatcher::~ModalWatcher() { timer_.stop(); }
+
+void ModalWatcher::Tick() {
+    QWidget* modal = QApplication::activeModalWidget();
+    if (!modal) return;
+    if (auto* box = qobject_cast<QMessageBox*>(modal)) {
+        boxes_.push_back(box->windowTitle() + QStringLiteral(": ") + box->text());
+        QAbstractButton* button = box->button(QMessageBox::Yes);
+        if (!button) button = box->button(QMessageBox::Ok);
+        if (button) button->click();
+        else box->reject();
+        return;
+    }
+    if (answer_ && answer_(*modal)) dialogs_.push_back(modal->windowTitle());
+}
+
+ModalWatcher::Answer ChooseFiles(const QStringList& files) {
+    return [files](QWidget& modal) {
+        auto* dialog = qobject_cast<QFileDialog*>(&modal);
+        if (!dialog) return false;
+        if (files.isEmpty()) {
+            dialog->reject();
+            return true;
+        }
+        // Typed into the file name field, as a user would: selectFile() leaves the field
+        // alone once it has the focus.
+        auto* name = dialog->findChild<QLineEdit*>(QStringLiteral("fileNameEdit"));
+        if (!name) return false;
+        if (dialog->fileMode() == QFileDialog::Directory) {
+            dialog->setDirectory(files.front());
+            name->setText(files.front());
+        } else {
+            QStringList quoted;
+            for (const QString& file : files) quoted.push_back(QLatin1Char('"') + file + QLatin1Char('"'));
+            name->setText(quoted.join(QLatin1Char(' ')));
+        }
+        // The dialog's own accept checks the choice, as the OK button does.
+        static_cast<QDialog*>(dialog)->accept();
+        return true;
+    };
+}
+
+ModalWatcher::Answer TypeUrl(const QString& url) {
+    return [url](QWidget& modal) {
+        auto* edit = modal.findChild<QLineEdit*>();
+        auto* dialog = qobject_cast<QDialog*>(&modal);
+        if (!edit || !dialog || qobject_cast<QFileDialog*>(&modal)) return false;
+        edit->setText(url);
+        dialog->accept();
+        return true;
+    };
+}
+
+}  // namespace verdin::test

@@ -1,0 +1,73 @@
+// What dropped names stand for: links followed, desktop links read.
+#include "shell/ui/files/DesktopLink.h"
+#include "shell/ui/files/DroppedNames.h"
+
+#include "Files.h"
+#include "TempDir.h"
+
+#include <filesystem>
+#include <gtest/gtest.h>
+
+namespace verdin {
+namespace {
+
+TEST(DesktopLinkUrl, ReadsTheUrlOfALink) {
+    struct Case {
+        const char* text;
+        std::optional<std::string> url;
+    };
+    const Case cases[] = {
+        {"[Desktop Entry]\nType=Link\nURL=file:///music/a.mp3\n", "file:///music/a.mp3"},
+        {"[Desktop Entry]\r\nName=x\r\nURL = file:///m/b.wav \r\nType = Link\r\n", "file:///m/b.wav"},
+        {"[Desktop Entry]\nType=Link\nURL[de]=file:///de.mp3\nURL=file:///en.mp3\n", "file:///en.mp3"},
+        {"[Desktop Entry]\nType=Link\nURL=file:///with\\sblank.mp3\n", "file:///with blank.mp3"},
+        {"# comment\n[Desktop Entry]\nType=Link\nURL=http://radio.example/a\n", "http://radio.example/a"},
+        {"[Desktop Entry]\nType=Application\nURL=file:///a.mp3\n", std::nullopt},
+        {"[Desktop Entry]\nType=Link\n", std::nullopt},
+        {"[Other Group]\nType=Link\nURL=file:///a.mp3\n", std::nullopt},
+        {"[Desktop Entry]\nType=Link\n[Other]\nURL=file:///a.mp3\n", std::nullopt},
+        {"", std::nullopt},
+        {"Type=Link\nURL=file:///a.mp3", std::nullopt},
+        {"[Desktop Entry]\nType=Link\nURL=file:///end\\", "file:///end\\"},
+    };
+    for (const Case& c : cases) EXPECT_EQ(DesktopLinkUrl(c.text), c.url) << c.text;
+}
+
+TEST(ResolveDroppedName, FollowsLinksAndDesktopLinks) {
+    test::TempDir dir;
+    const std::string music = dir.file("music");
+    std::filesystem::create_directory(music);
+    test::WriteFile(dir.file("music/a b.wav"), "RIFF");
+    std::filesystem::create_directory_symlink(music, dir.file("to-music"));
+    std::filesystem::create_symlink(dir.file("music/a b.wav"), dir.file("to-file"));
+    std::filesystem::create_symlink(dir.file("to-file"), dir.file("to-link"));
+    std::filesystem::create_symlink(dir.file("nowhere"), dir.file("dangling"));
+    test::WriteFile(dir.file("song.desktop"), "[Desktop Entry]\nType=Link\nURL=file://" + music + "/a%20b.wav\n");
+    test::WriteFile(dir.file("radio.DESKTOP"), "[Desktop Entry]\nType=Link\nURL=http://radio.example/live\n");
+    test::WriteFile(dir.file("app.desktop"), "[Desktop Entry]\nType=Application\nExec=true\n");
+    std::filesystem::create_symlink(dir.file("song.desktop"), dir.file("to-desktop"));
+
+    EXPECT_EQ(ResolveDroppedName(dir.file("to-music")), music);
+    EXPECT_EQ(ResolveDroppedName(dir.file("to-file")), dir.file("music/a b.wav"));
+    EXPECT_EQ(ResolveDroppedName(dir.file("to-link")), dir.file("music/a b.wav"));
+    EXPECT_EQ(ResolveDroppedName(dir.file("dangling")), dir.file("dangling"));
+    EXPECT_EQ(ResolveDroppedName(dir.file("song.desktop")), dir.file("music/a b.wav"));
+    EXPECT_EQ(ResolveDroppedName(dir.file("radio.DESKTOP")), "http://radio.example/live");
+    EXPECT_EQ(ResolveDroppedName(dir.file("app.desktop")), dir.file("app.desktop"));
+    EXPECT_EQ(ResolveDroppedName(dir.file("to-desktop")), dir.file("music/a b.wav"));
+    EXPECT_EQ(ResolveDroppedName(dir.file("music/a b.wav")), dir.file("music/a b.wav"));
+}
+
+TEST(DroppedNames, LocalFilesAsPathsAddressesAsTheyAre) {
+    test::TempDir dir;
+    std::filesystem::create_directory(dir.file("d"));
+    std::filesystem::create_directory_symlink(dir.file("d"), dir.file("l"));
+    const std::vector<std::string> names = DroppedNames(
+        {QUrl::fromLocalFile(QString::fromStdString(dir.file("l"))), QUrl(QStringLiteral("http://radio.example/x")),
+         QUrl(QStringLiteral("not a url"))});
+    // Links are followed later, one slice of the drop at a time.
+    EXPECT_EQ(names, (std::vector<std::string>{dir.file("l"), "http://radio.example/x"}));
+}
+
+}  // namespace
+}  // namespace verdin

@@ -1,0 +1,181 @@
+// The analyzer's bars and peaks, the oscilloscope's trace, and their cadence.
+#include "shell/ui/analyzer/ScopeDrawing.h"
+
+#include <gtest/gtest.h>
+
+namespace verdin {
+namespace {
+
+// Ramp entry i is 1000 + i, so a pixel names the entry it took; the background is 7.
+ScopeColours NumberedColours() {
+    ScopeColours colours;
+    for (int i = 0; i < 128; ++i) colours.ramp[static_cast<size_t>(i)] = 1000u + static_cast<uint32_t>(i);
+    colours.background = 7;
+    return colours;
+}
+
+// The bar of column x: rows from the bottom holding ramp entries 1, 7, 13, ...
+int Height(ScopePixels& pixels, int x) {
+    int height = 0;
+    while (height < kScopeHeight && PixelAt(pixels, x, height) == 1001u + 6 * static_cast<uint32_t>(height)) ++height;
+    return height;
+}
+
+// The topmost drawn row of column x (the peak mark sits above its bar), or -1.
+int PeakRow(ScopePixels& pixels, int x) {
+    for (int row = kScopeHeight - 1; row >= 0; --row)
+        if (PixelAt(pixels, x, row) != 7u) return row;
+    return -1;
+}
+
+TEST(PaintAnalyzer, BarHeightIsTheValueShiftedByFour) {
+    struct Case {
+        int32_t value;
+        int height;
+    };
+    const Case cases[] = {{255, 15}, {240, 15}, {239, 14}, {16, 1}, {15, 0}, {0, 0}};
+    const ScopeColours colours = NumberedColours();
+    for (const Case& c : cases) {
+        ScopePixels pixels{};
+        AnalyzerHistory history;
+        PaintAnalyzer(pixels, colours, history, [&](int, int) { return c.value; });
+        EXPECT_EQ(Height(pixels, 0), c.height) << c.value;
+        EXPECT_EQ(Height(pixels, kRightChannelOffset + 95), c.height) << c.value;
+        for (int j = 0; j < c.height; ++j) EXPECT_EQ(PixelAt(pixels, 0, j), 1000u + 1 + 6 * static_cast<uint32_t>(j));
+        // The peak mark sits at the bar's top row, coloured by the bar's height.
+        EXPECT_EQ(PixelAt(pixels, 0, std::min(c.value >> 4, 15)), 1053u + static_cast<uint32_t>(c.height)) << c.value;
+    }
+}
+
+TEST(PaintAnalyzer, ReadsEverySixthBinPerChannel) {
+    ScopePixels pixels{};
+    AnalyzerHistory history;
+    // Only bin 570 of the right channel is loud: the right channel's last bar.
+    PaintAnalyzer(pixels, NumberedColours(), history,
+                  [](int channel, int bin) { return channel == 1 && bin == 570 ? 255 : 0; });
+    EXPECT_EQ(Height(pixels, kRightChannelOffset + 95), 15);
+    EXPECT_EQ(Height(pixels, 95), 0);
+    EXPECT_EQ(Height(pixels, kRightChannelOffset + 94), 0);
+    // Between the channels nothing is drawn.
+    for (int x = 96; x < kRightChannelOffset; ++x)
+        for (int row = 0; row < kScopeHeight; ++row) EXPECT_EQ(PixelAt(pixels, x, row), 7u);
+}
+
+TEST(PaintAnalyzer, BarsFallARowAPaint) {
+    ScopePixels pixels{};
+    AnalyzerHistory history;
+    const ScopeColours colours = NumberedColours();
+    int32_t value = 255;
+    auto source = [&](int, int) { return value; };
+    PaintAnalyzer(pixels, colours, history, source);
+    value = 0;
+    for (int expected = 14; expected >= 10; --expected) {
+        PaintAnalyzer(pixels, colours, history, source);
+        EXPECT_EQ(Height(pixels, 3), expected);
+    }
+    // A rise is shown at once.
+    value = 200;
+    PaintAnalyzer(pixels, colours, history, source);
+    EXPECT_EQ(Height(pixels, 3), 12);
+}
+
+TEST(PaintAnalyzer, PeakHoldsThenFallsFaster) {
+    ScopePixels pixels{};
+    AnalyzerHistory history;
+    const ScopeColours colours = NumberedColours();
+    int32_t value = 255;
+    auto source = [&](int, int) { return value; };
+    PaintAnalyzer(pixels, colours, history, source);
+    value = 0;
+    std::vector<int> rows;
+    for (int paint = 0; paint < 48; ++paint) {
+        PaintAnalyzer(pixels, colours, history, source);
+        rows.push_back(PeakRow(pixels, 0));
+    }
+    // Raised to 15 (age 0): no fall while the age is at most 25, a fall of 0 for ages
+    // 26..32, then (age - 25) >> 3 = 1 a paint for ages 33..40, then 2.
+    for (int i = 0; i < 33; ++i) EXPECT_EQ(rows[static_cast<size_t>(i)], 15) << i;
+    EXPECT_EQ(rows[33], 14);
+    EXPECT_EQ(rows[40], 7);
+    EXPECT_EQ(rows[41], 5);
+    EXPECT_EQ(rows[42], 3);
+    EXPECT_EQ(rows[43], 1);
+    // Falling below the bottom line, it meets the silence (0) and rests on row 0 again.
+    EXPECT_EQ(rows[44], 0);
+    EXPECT_EQ(rows[47], 0);
+}
+
+TEST(PaintAnalyzer, NoTrackPaintsTheBackground) {
+    ScopePixels pixels{};
+    pixels.fill(99);
+    AnalyzerHistory history;
+    PaintAnalyzer(pixels, NumberedColours(), history, nullptr);
+    for (uint32_t pixel : pixels) EXPECT_EQ(pixel, 7u);
+}
+
+TEST(PaintOscilloscope, TraceRowsAndShades) {
+    struct Case {
+        int32_t sample;
+        int row;
+        uint32_t rowEntry;
+        int aboveEntry;  // -1: the row above stays background
+    };
+    const Case cases[] = {
+        {0, 8, 0, -1},                        // v = 1024: row 8, fraction 0
+        {1 << 21, 8, 1, 127},                 // v = 1025
+        {-(1000 << 21), 0, 24, 104},          // v = 24
+        {INT32_MAX, 15, 0, -1},               // v clamped to 1920
+        {INT32_MIN, 0, 0, -1},
+        {(100 << 21) + 12345, 8, 100, 28},    // v = 1124: row 8, fraction 100
+    };
+    for (const Case& c : cases) {
+        ScopePixels pixels{};
+        PaintOscilloscope(pixels, NumberedColours(), 44100, [&](int, int) { return c.sample; });
+        EXPECT_EQ(PixelAt(pixels, 10, c.row), 1000u + c.rowEntry) << c.sample;
+        if (c.row + 1 < kScopeHeight)
+            EXPECT_EQ(PixelAt(pixels, 10, c.row + 1), c.aboveEntry < 0 ? 7u : 1000u + static_cast<uint32_t>(c.aboveEntry))
+                << c.sample;
+        int drawn = 0;
+        for (int row = 0; row < kScopeHeight; ++row) drawn += PixelAt(pixels, 10, row) != 7u;
+        EXPECT_EQ(drawn, c.aboveEntry < 0 ? 1 : 2) << c.sample;
+    }
+}
+
+TEST(PaintOscilloscope, ColumnsSpanThirtyMilliseconds) {
+    std::vector<int> indices[2];
+    ScopePixels pixels{};
+    PaintOscilloscope(pixels, NumberedColours(), 44100, [&](int channel, int index) {
+        indices[channel].push_back(index);
+        return 0;
+    });
+    ASSERT_EQ(indices[0].size(), 96u);
+    ASSERT_EQ(indices[1].size(), 96u);
+    EXPECT_EQ(indices[0][0], 0);
+    EXPECT_EQ(indices[0][1], 13);     // 44100 x 1 x 30 / 96000
+    EXPECT_EQ(indices[1][95], 1309);  // 44100 x 95 x 30 / 96000
+    // The right channel's trace starts at column 104.
+    EXPECT_NE(PixelAt(pixels, kRightChannelOffset, 8), 7u);
+    EXPECT_EQ(PixelAt(pixels, 100, 8), 7u);
+}
+
+TEST(ScopeCadence, RedrawEveryThirdTickAndSpectrumEveryThirtyMs) {
+    ScopeCadence cadence;
+    cadence.TrackStarted();
+    std::string redraws, spectra;
+    for (int tick = 0; tick < 9; ++tick) {
+        const ScopeCadence::Tick t = cadence.Advance(true);
+        redraws += t.redraw ? 'R' : '.';
+        spectra += t.computeSpectrum ? 'S' : '.';
+    }
+    EXPECT_EQ(redraws, "..R..R..R");
+    EXPECT_EQ(spectra, "..S..S..S");
+    // Without the analyzer no spectrum is computed, the redraws go on.
+    EXPECT_FALSE(cadence.Advance(false).computeSpectrum);
+    EXPECT_FALSE(cadence.Advance(false).computeSpectrum);
+    const ScopeCadence::Tick t = cadence.Advance(false);
+    EXPECT_TRUE(t.redraw);
+    EXPECT_FALSE(t.computeSpectrum);
+}
+
+}  // namespace
+}  // namespace verdin
