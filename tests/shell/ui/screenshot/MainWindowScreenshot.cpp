@@ -1,6 +1,6 @@
 // verdin-main-window-screenshot OUT.png: the main window on the demo playlist, a few
-// seconds into its first piece, with the analyzer, the oscilloscope and the volume bar
-// shown and the bands arranged on three lines; saved as a PNG.
+// seconds into "Bell Steps", with the analyzer, the oscilloscope and the volume bar shown
+// and the bands arranged on three lines; saved as a PNG.
 #include "WindowKit.h"
 
 #include "shell/ui/playlist/PlaylistView.h"
@@ -29,7 +29,13 @@ int main(int argc, char** argv) {
     const std::string demo = std::string(VERDIN_TEST_BUILD_DIR) + "/share/verdin/demo/Verdin Demo.vdp";
     test::WindowRun run("/PLAY \"" + demo + "\"");
     MainWindow& window = run.Window();
-    if (!test::WaitUntil([&] { return run.Core().Playing() && run.Core().PositionMs() >= 6000; }, 20000)) {
+    // Row 3: the demo playlist's row, then its pieces; the bells draw clear bars.
+    if (!test::WaitUntil([&] { return run.Core().Playing(); }, 20000)) {
+        std::fprintf(stderr, "the demo did not play\n");
+        return 1;
+    }
+    run.Core().PlayRow(3);
+    if (!test::WaitUntil([&] { return run.Core().Playing() && run.Core().PositionMs() >= 4200; }, 20000)) {
         std::fprintf(stderr, "the demo did not play\n");
         return 1;
     }
