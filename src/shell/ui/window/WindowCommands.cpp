@@ -6,13 +6,12 @@
 #include "playlist/TreeCommands.h"
 #include "playlist/files/PlaylistFileTexts.h"
 #include "playlist/files/PlaylistWriter.h"
-#include "playlist/titles/FindRow.h"
 #include "shell/ui/MainWindow.h"
 #include "shell/ui/WindowHost.h"
 #include "shell/ui/files/FileDialogs.h"
 #include "shell/ui/playlist/PlaylistView.h"
 #include "shell/ui/playlist/RowMove.h"
-#include "shell/ui/window/DialogLinks.h"
+#include "shell/ui/dialogs/Dialogs.h"
 
 namespace verdin {
 
@@ -38,16 +37,13 @@ bool WindowCommands::Run(Action action, const CommandContext& context) {
             return true;
         case Action::kOptions:
         case Action::kPlugIns:
-            if (!Built(&ShowOptions)) return DialogMissing("Options"), true;
             ShowOptions(Owner(), core_, action == Action::kPlugIns ? "Digital Signal Processing (DSP)" : "");
             window_.RefreshDisplays(true);
             return true;
         case Action::kEqualizer:
-            if (!Built(&ShowEqualizer)) return DialogMissing("Graphic Equalizer"), true;
             ShowEqualizer(Owner(), core_);
             return true;
         case Action::kAbout:
-            if (!Built(&ShowAbout)) return DialogMissing("About Verdin"), true;
             ShowAbout(Owner());
             return true;
         case Action::kResetOptions: ResetOptions(context); return true;
@@ -72,7 +68,7 @@ bool WindowCommands::Run(Action action, const CommandContext& context) {
         case Action::kProperties: ShowProperties(selected); return true;
         case Action::kEvaluatedProperties: ShowEvaluatedProperties(selected); return true;
         case Action::kFindInPlaylist: Find(true); return true;
-        case Action::kFindNext: Find(!lastFind_); return true;
+        case Action::kFindNext: Find(false); return true;
         case Action::kSelectAll: window_.View().selectAll(); return true;
         default: return false;
     }
@@ -92,7 +88,6 @@ void WindowCommands::ResetOptions(const CommandContext& context) {
 }
 
 void WindowCommands::AddRandomEntry(int atRow) {
-    if (!Built(&EditRandomEntry)) return DialogMissing("Random Entry Properties");
     auto entry = std::make_unique<RandomEntry>("");
     if (!EditRandomEntry(Owner(), core_, *entry)) return;
     const bool wasEmpty = core_.MainPlaylist().PlayableCount() == 0;
@@ -130,41 +125,23 @@ void WindowCommands::ShowProperties(int row) {
     const RowRef ref = core_.MainPlaylist().ItemAtRow(row);
     if (!ref) return;
     if (ref.item->Kind() == ItemKind::kTrack) {
-        if (!Built(&ShowTrackProperties)) return DialogMissing("Properties");
         ShowTrackProperties(Owner(), core_, row);
         window_.RefreshDisplays(true);
     } else if (ref.item->Kind() == ItemKind::kRandomEntry) {
-        if (!Built(&EditRandomEntry)) return DialogMissing("Random Entry Properties");
         if (EditRandomEntry(Owner(), core_, static_cast<RandomEntry&>(*ref.item))) core_.ListChanged();
     }
 }
 
 void WindowCommands::ShowEvaluatedProperties(int row) {
     if (!IsRandomEntryRow(core_.MainPlaylist(), row)) return;
-    if (!Built(&ShowEvaluatedTrackProperties)) return DialogMissing("Evaluated Track Properties");
     ShowEvaluatedTrackProperties(Owner(), core_, row);
 }
 
 void WindowCommands::Find(bool askFirst) {
-    if (askFirst) {
-        if (!Built(&AskFind)) return DialogMissing("Find");
-        std::optional<FindRequest> request = AskFind(Owner(), lastFind_.value_or(FindRequest{}));
-        if (!request) return;
-        lastFind_ = std::move(request);
-    }
-    if (!lastFind_) return;
     PlaylistView& view = window_.View();
-    const Playlist& main = core_.MainPlaylist();
     const int focused = view.currentIndex().isValid() ? view.currentIndex().row() : -1;
-    const int first = FirstRowToSearch(focused, main.RowCount());
-    const int row = FindRow(main, first, lastFind_->text, lastFind_->caseSensitive, [this](const PlaylistItem& item) {
-        if (item.Kind() == ItemKind::kTrack) return core_.TrackTitle(static_cast<const TrackItem&>(item).Track());
-        return CellsOfItem(item, 0, nullptr)[0];
-    });
-    if (row < 0) {
-        window_.Application().ShowMessage(CannotFindMessage(lastFind_->text), MessageIcon::kWarning);
-        return;
-    }
+    const int row = FindInPlaylist(Owner(), core_, lastFind_, askFirst, focused);
+    if (row < 0) return;
     view.SelectRows({row});
     view.setFocus();
 }
@@ -177,11 +154,6 @@ void WindowCommands::MoveRows(const std::vector<int>& rows, int beforeRow) {
     const int currentRow = RowOfItem(main, current);
     core_.SetCurrentRow(currentRow >= 0 ? currentRow : core_.CurrentRow());
     core_.ListChanged();
-}
-
-void WindowCommands::DialogMissing(const char* what) {
-    window_.Application().ShowMessage(std::string("\"") + what + "\" is not part of this build.",
-                                      MessageIcon::kInformation);
 }
 
 }  // namespace verdin

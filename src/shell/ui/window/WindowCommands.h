@@ -32,13 +32,12 @@ private:
     void ShowProperties(int row);
     void ShowEvaluatedProperties(int row);
     void Find(bool askFirst);
-    void DialogMissing(const char* what);
     QWidget* Owner();
 
     MainWindow& window_;
     PlayerCore& core_;
     AddCommands adding_;
-    std::optional<FindRequest> lastFind_;
+    FindRequest lastFind_;  // the last search, for "Find Next"
 };
 
 }  // namespace verdin

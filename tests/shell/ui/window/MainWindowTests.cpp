@@ -21,6 +21,8 @@
 #include "playlist/TrackItem.h"
 
 #include <QAction>
+#include <QApplication>
+#include <QDialog>
 #include <QComboBox>
 #include <QDir>
 #include <QFileDialog>
@@ -32,6 +34,7 @@
 #include <QLabel>
 #include <QMenu>
 #include <QTest>
+#include <set>
 #include <QToolButton>
 
 using namespace verdin;
@@ -92,6 +95,12 @@ private slots:
     void openDialogFiltersShowTheirTexts();
     void urlPromptAddsTheAddress();
     void saveMainPlaylistWritesOrSaysWhy();
+    void draggedRowsMoveWithTheCurrentRow();
+    void folderChooserAddsADirectory();
+    void alwaysOnTopFollowsTheSetting();
+    void findAndFindNextSelectTheMatches();
+    void dialogCommandsOpenTheirDialogs_data();
+    void dialogCommandsOpenTheirDialogs();
 };
 
 void MainWindowTests::windowsAreNamedAsThePlayerNamesThem() {
@@ -794,6 +803,140 @@ void MainWindowTests::saveMainPlaylistWritesOrSaysWhy() {
         Key(run.Window(), Qt::Key_S, Qt::ShiftModifier);
         QCOMPARE(watcher.Boxes(), QStringList{QStringLiteral("Verdin: Unable to save playlist")});
     }
+}
+
+void MainWindowTests::draggedRowsMoveWithTheCurrentRow() {
+    WindowHome home;
+    std::string command;
+    for (const char* name : {"a", "b", "c", "d"}) command += "\"" + home.Tone(std::string(name) + ".wav", 1) + "\" ";
+    home.Seed();
+    WindowRun run(command);
+    MainWindow& window = run.Window();
+    run.Core().SetCurrentRow(1);
+    window.View().SelectRows({1, 2});
+    // Dragging "b" and "c" below "d", as the view hands the drop to its model.
+    PlaylistModel& model = window.Model();
+    std::unique_ptr<QMimeData> data(model.mimeData({model.index(1, 0), model.index(2, 0)}));
+    QVERIFY(model.dropMimeData(data.get(), Qt::MoveAction, 4, 0, {}));
+    const Playlist& main = run.Core().MainPlaylist();
+    std::string order;
+    for (int row = 0; row < main.RowCount(); ++row) order += main.ItemAtRow(row).item->Body();
+    QCOMPARE(order, std::string("adbc"));
+    // "b" stays the current entry, and the selection stays on the moved rows.
+    QCOMPARE(run.Core().CurrentRow(), 2);
+    QCOMPARE(window.View().SelectedRows(), (std::vector<int>{2, 3}));
+    QCOMPARE(model.data(model.index(2, 1)).toString(), QStringLiteral("3."));
+}
+
+void MainWindowTests::folderChooserAddsADirectory() {
+    WindowHome home;
+    QVERIFY(QDir().mkpath(QString::fromStdString(home.Path("music/set"))));
+    home.Tone("set/b.wav", 1);
+    home.Tone("set/a.wav", 1);
+    test::WriteFile(home.Path("music/set/notes.txt"), "not audio");
+    home.Seed();
+    WindowRun run;
+    ModalWatcher watcher(ChooseFiles({QString::fromStdString(home.Path("music/set"))}));
+    Key(run.Window(), Qt::Key_Insert, Qt::ShiftModifier);
+    QCOMPARE(watcher.Dialogs(), QStringList{QStringLiteral("Select directory to add")});
+    QVERIFY(WaitUntil([&] { return !run.Window().Adding().Busy(); }));
+    const Playlist& main = run.Core().MainPlaylist();
+    QCOMPARE(main.RowCount(), 2);
+    std::set<std::string> bodies{main.ItemAtRow(0).item->Body(), main.ItemAtRow(1).item->Body()};
+    QCOMPARE(bodies, (std::set<std::string>{"a", "b"}));
+    QCOMPARE(run.Core().CurrentRow(), 0);
+    QCOMPARE(run.Core().GetSettings().initialDirectory, home.Path("music/set"));
+}
+
+void MainWindowTests::alwaysOnTopFollowsTheSetting() {
+    WindowHome home;
+    home.Seed([](Settings& s) { s.normalWindowAlwaysOnTop = 1; });
+    WindowRun run;
+    MainWindow& window = run.Window();
+    QVERIFY(window.windowFlags() & Qt::WindowStaysOnTopHint);
+    run.Core().GetSettings().normalWindowAlwaysOnTop = 0;
+    window.RefreshDisplays(false);
+    QVERIFY(!(window.windowFlags() & Qt::WindowStaysOnTopHint));
+    QVERIFY(window.isVisible());
+}
+
+void MainWindowTests::findAndFindNextSelectTheMatches() {
+    WindowHome home;
+    std::string command;
+    for (const char* name : {"alpha", "beta", "alphabet", "gamma"})
+        command += "\"" + home.Tone(std::string(name) + ".wav", 1) + "\" ";
+    home.Seed();
+    WindowRun run(command);
+    MainWindow& window = run.Window();
+    auto typeIntoFind = [](const QString& text) {
+        return [text](QWidget& modal) {
+            auto* edit = modal.findChild<QLineEdit*>(QStringLiteral("findText"));
+            if (modal.objectName() != QStringLiteral("Find") || !edit) return false;
+            edit->setText(text);
+            static_cast<QDialog&>(modal).accept();
+            return true;
+        };
+    };
+    // The search starts after the focused row: from "gamma", the last, it starts at the top.
+    window.View().SelectRows({3});
+    {
+        ModalWatcher watcher(typeIntoFind(QStringLiteral("ALPHA")));
+        Key(window, Qt::Key_F, Qt::ControlModifier);
+        QCOMPARE(watcher.Dialogs(), QStringList{QStringLiteral("Find")});
+    }
+    QCOMPARE(window.View().SelectedRows(), std::vector<int>{0});
+    Key(window, Qt::Key_F3);
+    QCOMPARE(window.View().SelectedRows(), std::vector<int>{2});
+    // Round again to the first match.
+    Key(window, Qt::Key_F3);
+    QCOMPARE(window.View().SelectedRows(), std::vector<int>{0});
+    {
+        ModalWatcher watcher(typeIntoFind(QStringLiteral("delta")));
+        Key(window, Qt::Key_F, Qt::ControlModifier);
+        QCOMPARE(watcher.Boxes(), QStringList{QStringLiteral("Verdin: Cannot find the string \"delta\".")});
+    }
+    QCOMPARE(window.View().SelectedRows(), std::vector<int>{0});
+}
+
+void MainWindowTests::dialogCommandsOpenTheirDialogs_data() {
+    QTest::addColumn<int>("key");
+    QTest::addColumn<int>("modifiers");
+    QTest::addColumn<QString>("dialog");
+    QTest::newRow("O options") << int(Qt::Key_O) << 0 << "Options";
+    QTest::newRow("Ctrl+P plug-ins") << int(Qt::Key_P) << int(Qt::ControlModifier) << "Options";
+    QTest::newRow("Alt+Enter properties") << int(Qt::Key_Return) << int(Qt::AltModifier) << "Track Properties";
+    QTest::newRow("Ctrl+Shift+Insert random entry") << int(Qt::Key_Insert) << int(Qt::ControlModifier | Qt::ShiftModifier)
+                                                    << "Random Entry Properties";
+    QTest::newRow("E equalizer") << int(Qt::Key_E) << 0 << "Graphic Equalizer";
+    QTest::newRow("F1 about") << int(Qt::Key_F1) << 0 << "About Verdin";
+}
+
+void MainWindowTests::dialogCommandsOpenTheirDialogs() {
+    QFETCH(int, key);
+    QFETCH(int, modifiers);
+    QFETCH(QString, dialog);
+    WindowHome home;
+    const std::string a = home.Tone("a.wav", 1);
+    home.Seed();
+    WindowRun run("\"" + a + "\"");
+    MainWindow& window = run.Window();
+    window.View().setFocus();
+    window.View().SelectRows({0});
+    QStringList seen;
+    ModalWatcher watcher([&](QWidget& modal) {
+        seen << modal.windowTitle();
+        modal.close();
+        return true;
+    });
+    Key(window, Qt::Key(key), Qt::KeyboardModifiers(modifiers));
+    // Modeless dialogs stay open beside the window.
+    for (QWidget* top : QApplication::topLevelWidgets())
+        if (top != &window && top->isVisible() && qobject_cast<QDialog*>(top)) {
+            seen << top->windowTitle();
+            top->close();
+        }
+    for (const QString& box : watcher.Boxes()) seen << box.section(QLatin1Char(':'), 0, 0);
+    QVERIFY2(seen.contains(dialog), qPrintable(seen.join(QLatin1String(", "))));
 }
 
 QTEST_MAIN(MainWindowTests)
