@@ -261,19 +261,23 @@ void MainWindow::SetPositionRange(int maximum, int page) { position_->SetRange(m
 
 void MainWindow::ApplySettings(bool force) {
     Settings& settings = core_.GetSettings();
+    bool bandsChanged = false;
     if (force || settings.rebarBandArray != applied_.bands) {
         bands_.Apply(settings.rebarBandArray);
         applied_.bands = settings.rebarBandArray;
+        bandsChanged = true;
     }
     auto showBand = [&](int32_t id, int32_t setting, int32_t& applied) {
         if (!force && setting == applied) return;
         applied = setting;
         bands_.Band(id)->setVisible(setting != 0);
+        bandsChanged = true;
     };
     showBand(kVolumeBand, settings.showVolumeControl, applied_.showVolumeControl);
     showBand(kAnalyzerBand, settings.frequencyAnalyzer, applied_.frequencyAnalyzer);
     showBand(kOscilloscopeBand, settings.oscilloscope, applied_.oscilloscope);
     if (force || settings.showPlaylist != applied_.showPlaylist) ApplyPlaylistShown(settings.showPlaylist != 0);
+    else if (bandsChanged) UpdateHeightRule(true);
     if (force || settings.playlistHeaderOrder != applied_.headerOrder || settings.playlistHeaderWidth != applied_.headerWidth)
         ApplyHeader();
     if (force || settings.normalWindowAlwaysOnTop != applied_.alwaysOnTop) {
@@ -283,7 +287,6 @@ void MainWindow::ApplySettings(bool force) {
         // Changing a window's flags hides it.
         if (wasVisible) show();
     }
-    UpdateHeightRule();
 }
 
 void MainWindow::ApplyPlaylistShown(bool shown) {
@@ -298,14 +301,16 @@ void MainWindow::ApplyPlaylistShown(bool shown) {
         setMaximumHeight(QWIDGETSIZE_MAX);
         if (shownHeight_ > 0) resize(width(), shownHeight_);
     }
-    UpdateHeightRule();
+    UpdateHeightRule(true);
 }
 
 // With the playlist hidden the window is exactly as tall as its bands: it cannot be
 // resized vertically (nor maximized taller).
-void MainWindow::UpdateHeightRule() {
+void MainWindow::UpdateHeightRule(bool bandsChanged) {
     if (!container_->isHidden()) return;
-    layout()->invalidate();
+    // After a layout pass the bands' heights are known already; after a change of the
+    // settings they are measured now.
+    if (bandsChanged) layout()->invalidate();
     const int bars = layout()->minimumSize().height();
     if (bars > 0 && (minimumHeight() != bars || maximumHeight() != bars)) setFixedHeight(bars);
 }
@@ -471,7 +476,7 @@ bool MainWindow::event(QEvent* event) {
     // The bands may have moved onto more or fewer lines, or to other line mates.
     if (event->type() == QEvent::LayoutRequest) {
         bands_.FitLines(width());
-        UpdateHeightRule();
+        UpdateHeightRule(false);
     }
     return handled;
 }

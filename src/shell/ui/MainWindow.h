@@ -103,7 +103,7 @@ private:
     void ApplyPlaylistShown(bool shown);
     void ApplyHeader();
     void StoreHeader();
-    void UpdateHeightRule();
+    void UpdateHeightRule(bool bandsChanged);
     void UpdateSummaries(bool list);
     void UpdateCheckMarks();
     void CheckVolumeSupport();
