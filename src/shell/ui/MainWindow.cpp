@@ -346,6 +346,9 @@ void MainWindow::StoreHeader() {
 void MainWindow::StoreLayout() {
     StoreHeader();
     Settings& settings = core_.GetSettings();
+    // The bands as they are now, even if a move has not been laid out yet.
+    layout()->activate();
+    bands_.FitLines(width());
     settings.rebarBandArray = bands_.Read(applied_.bands);
     applied_.bands = settings.rebarBandArray;
 

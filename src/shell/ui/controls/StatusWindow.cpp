@@ -15,7 +15,7 @@ void StatusWindow::SetText(const QString& text) {
     update();
 }
 
-QSize StatusWindow::sizeHint() const { return {400, fontMetrics().height() + 6}; }
+QSize StatusWindow::sizeHint() const { return {250, fontMetrics().height() + 6}; }
 
 QSize StatusWindow::minimumSizeHint() const { return {60, fontMetrics().height() + 6}; }
 

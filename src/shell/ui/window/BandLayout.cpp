@@ -23,15 +23,18 @@ BandArray BandsFromScreen(const BandArray& before, const std::vector<BandOnScree
         const bool newLine = i > 0 && shown[i].top != shown[i - 1].top;
         order.push_back({shown[i].id, shown[i].width, newLine ? 1 : 0});
     }
-    // Hidden bands (and bands the window does not know) go back behind their old
-    // predecessor, in their old order.
+    // Hidden bands (and bands the window does not know) go back behind the band they
+    // followed: on its line when they were part of it, else as a line of their own right
+    // below that band's line, so the lines the user sees stay as they are.
     for (size_t i = 0; i < before.size(); ++i) {
         if (onScreen(before[i].id)) continue;
         auto at = order.begin();
         if (i > 0) {
             const int32_t predecessor = before[i - 1].id;
             at = std::find_if(order.begin(), order.end(), [&](const RebarBand& b) { return b.id == predecessor; });
-            at = at == order.end() ? order.end() : at + 1;
+            if (at != order.end()) ++at;
+            if (before[i].lineBreak)
+                while (at != order.end() && !at->lineBreak) ++at;
         }
         order.insert(at, before[i]);
     }

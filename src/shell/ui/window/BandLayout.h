@@ -5,7 +5,8 @@
 // Reading the layout back from the window: the bands shown are taken in the order the user
 // now sees them (line by line, left to right), a band that starts a line below the one
 // before it has its break set, and each keeps its width. A hidden band has no place on
-// screen: it keeps the width and break it had and follows the band it followed before.
+// screen: it keeps the width and break it had and follows the band it followed before
+// (on that band's line, or on a line of its own below it).
 #include "settings/Settings.h"
 
 #include <array>

@@ -24,13 +24,27 @@ void ToolBand::SetLineCap(int cap) {
     updateGeometry();
 }
 
+int ToolBand::WantedWidth() const {
+    const int natural = NaturalWidth();
+    return Flexible() ? natural : std::max(storedWidth_, natural);
+}
+
 QSize ToolBand::sizeHint() const {
     QSize hint = QToolBar::sizeHint();
     if (storedWidth_ <= 0) return hint;
     int width = std::max(storedWidth_, hint.width());
-    if (lineCap_ > 0) width = std::max(std::min(width, lineCap_), hint.width());
+    width = std::max(std::min(width, lineCap_), hint.width());
     hint.setWidth(width);
     return hint;
+}
+
+int ToolBand::WidthToStore(bool lastOnLine) const {
+    // The last band of a line (or the only one) is as wide as what is left, whatever it
+    // asked for: it keeps what it asked for. A flexible band that still takes all the room
+    // its line mates leave stays flexible; otherwise the width the user gave it counts.
+    if (lastOnLine || lineCap_ == kNoCap) return storedWidth_;
+    if (Flexible() && width() >= lineCap_) return kFlexibleWidth;
+    return width();
 }
 
 ToolBand* ToolBands::Band(int32_t id) const {
@@ -69,10 +83,14 @@ void ToolBands::Apply(const BandArray& layout) {
 }
 
 BandArray ToolBands::Read(const BandArray& before) const {
+    std::map<int, int> lineEnds;  // line top -> left edge of its last band
+    for (const ToolBand* band : bands_)
+        if (!band->isHidden()) lineEnds[band->geometry().top()] = std::max(lineEnds[band->geometry().top()], band->geometry().left());
     std::vector<BandOnScreen> screen;
     for (const ToolBand* band : bands_) {
         const QRect geometry = band->geometry();
-        screen.push_back({band->Id(), !band->isHidden(), geometry.top(), geometry.left(), geometry.width()});
+        const bool last = !band->isHidden() && lineEnds[geometry.top()] == geometry.left();
+        screen.push_back({band->Id(), !band->isHidden(), geometry.top(), geometry.left(), band->WidthToStore(last)});
     }
     return BandsFromScreen(before, screen);
 }
@@ -82,9 +100,10 @@ void ToolBands::FitLines(int width) {
     for (ToolBand* band : bands_)
         if (!band->isHidden()) lines[band->geometry().top()].push_back(band);
     for (auto& [top, line] : lines) {
-        int natural = 0;
-        for (ToolBand* band : line) natural += band->NaturalWidth();
-        for (ToolBand* band : line) band->SetLineCap(line.size() > 1 ? width - (natural - band->NaturalWidth()) : 0);
+        int wanted = 0;
+        for (ToolBand* band : line) wanted += band->WantedWidth();
+        for (ToolBand* band : line)
+            band->SetLineCap(line.size() > 1 ? std::max(width - (wanted - band->WantedWidth()), 1) : ToolBand::kNoCap);
     }
 }
 

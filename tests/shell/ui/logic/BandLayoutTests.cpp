@@ -58,6 +58,24 @@ TEST(BandsFromScreen, HiddenBandsKeepTheirPlaceWidthAndBreak) {
     EXPECT_EQ(bands[0].width, 500);
 }
 
+TEST(BandsFromScreen, HiddenBandsDoNotSplitTheLinesShown) {
+    // The status band (115) dragged to the front of the first line; the analyzer (114) and
+    // the oscilloscope (124), hidden, followed it on lines of their own; the volume (116),
+    // hidden, sat on the position band's line.
+    const std::vector<BandOnScreen> screen = {
+        {115, true, 0, 0, 200}, {103, true, 0, 200, 300}, {125, true, 0, 500, 140}, {111, true, 30, 0, 640},
+        {116, false, 0, 0, 0}, {114, false, 0, 0, 0}, {124, false, 0, 0, 0}};
+    const BandArray bands = BandsFromScreen(kDefault, screen);
+    EXPECT_EQ(Ids(bands), (std::vector<int32_t>{115, 103, 125, 114, 124, 111, 116}));
+    EXPECT_EQ(bands[0].lineBreak, 0);
+    EXPECT_EQ(bands[1].lineBreak, 0);
+    EXPECT_EQ(bands[2].lineBreak, 0);
+    EXPECT_EQ(bands[3].lineBreak, 1);
+    EXPECT_EQ(bands[4].lineBreak, 1);
+    EXPECT_EQ(bands[5].lineBreak, 1);
+    EXPECT_EQ(bands[6], (RebarBand{116, 0, 0}));
+}
+
 TEST(BandsFromScreen, KeepsTheIdentifiersSoTheLoadCheckHolds) {
     const std::vector<BandOnScreen> screen = {
         {115, true, 0, 0, 10}, {114, false, 0, 0, 0}, {103, true, 30, 0, 10}, {124, true, 30, 20, 10},

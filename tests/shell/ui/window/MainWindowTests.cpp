@@ -456,18 +456,31 @@ void MainWindowTests::layoutIsStoredAndRestored() {
         header->moveSection(header->visualIndex(6), 0);
         header->resizeSection(2, 123);
         window.setGeometry(40, 50, 520, 410);
+        // The status band dragged to the front of the first line, as the user drags it.
+        window.insertToolBar(window.Bands().Band(103), window.Bands().Band(115));
         QCoreApplication::processEvents();
+
     }
     Settings saved = home.Saved();
     QCOMPARE(saved.playlistHeaderOrder[0], 6);
     QCOMPARE(saved.playlistHeaderWidth[2], 123);
     QCOMPARE(saved.mainWindowPlacement.right - saved.mainWindowPlacement.left, 520);
     QCOMPARE(saved.mainWindowPlacement.bottom - saved.mainWindowPlacement.top, 410);
-    // The bands as the window had them: the default layout, band identifiers kept.
+    // The bands as the window had them, band identifiers kept: the status band first on
+    // the first line, with a width of its own; the transport band flexible still (it took
+    // what its line mates left); the last band of a line and a band alone on its line with
+    // what they asked for; the hidden bands where they were.
     int32_t sum = 0;
     for (const RebarBand& band : saved.rebarBandArray) sum += band.id;
     QCOMPARE(sum, 808);
-    QCOMPARE(saved.rebarBandArray[0].id, 103);
+    QCOMPARE(saved.rebarBandArray[0].id, 115);
+    QVERIFY(saved.rebarBandArray[0].width > 0 && saved.rebarBandArray[0].width < 999);
+    QCOMPARE(saved.rebarBandArray[1], (RebarBand{103, 999, 0}));
+    QCOMPARE(saved.rebarBandArray[2], (RebarBand{125, 0, 0}));
+    QCOMPARE(saved.rebarBandArray[3], (RebarBand{114, 0, 1}));
+    QCOMPARE(saved.rebarBandArray[4], (RebarBand{124, 0, 1}));
+    QCOMPARE(saved.rebarBandArray[5], (RebarBand{111, 999, 1}));
+    QCOMPARE(saved.rebarBandArray[6], (RebarBand{116, 0, 0}));
 
     // A stored band layout is applied: the oscilloscope first, on the line of the
     // transport band.
