@@ -2,10 +2,6 @@
 
 namespace verdin::mpeg {
 
-MpegFile::~MpegFile() {
-    Close();
-}
-
 void MpegFile::Close() {
     if (open_) mpg123_close(handle_);
     open_ = false;
@@ -19,9 +15,7 @@ bool MpegFile::Open(const char* path, uint32_t dataOffset) {
     if (!file_ || dataOffset >= file_->size()) return false;
     source_ = MpegFileSource{file_->fd(), dataOffset, static_cast<int64_t>(file_->size() - dataOffset), 0};
 
-    // Set again for every file: closing a file may drop the handle's reader settings.
-    if (mpg123_replace_reader_handle(handle_, ReadMpegFileSource, SeekMpegFileSource, nullptr) != MPG123_OK)
-        return false;
+    // The handle reads through MpegFileSource (set when it was made, see Mpg123Handle.cpp).
     if (mpg123_open_handle(handle_, &source_) != MPG123_OK) return false;
     open_ = true;
 

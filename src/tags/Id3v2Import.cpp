@@ -14,6 +14,7 @@
 #include <taglib/urllinkframe.h>
 
 #include <array>
+#include <cstdint>
 #include <vector>
 
 namespace verdin {
@@ -51,6 +52,28 @@ constexpr std::array<Id3v2Row, 58> kId3v2Frames{{
     {"GRID", F::GroupingReg},    {"ENCR", F::CryptoReg},     {"TXT", F::Lyricist},
     {"TRD", F::RecordingDates},
 }};
+
+// An identifier of 3 or 4 bytes as one number, so that a lookup compares numbers rather
+// than texts: a scan of a library looks up every frame of every file. The top byte tells
+// the lengths apart (0 for 3 bytes, the first byte for 4, never 0 in a 4-byte key); 0
+// stands for no identifier at all.
+constexpr uint32_t PackedFrameId(std::string_view id) {
+    if (id.size() < 3 || id.size() > 4 || (id.size() == 4 && id[0] == '\0')) return 0;
+    uint32_t key = 0;
+    for (char c : id) key = key << 8 | static_cast<unsigned char>(c);
+    return key;
+}
+
+constexpr std::array<uint32_t, kId3v2Frames.size()> kId3v2Keys = [] {
+    std::array<uint32_t, kId3v2Frames.size()> keys{};
+    for (size_t i = 0; i < keys.size(); ++i) keys[i] = PackedFrameId(kId3v2Frames[i].frameId);
+    return keys;
+}();
+static_assert([] {
+    for (uint32_t key : kId3v2Keys)
+        if (key == 0) return false;
+    return true;
+}());
 
 bool IsPrintable(std::string_view bytes) {
     for (char c : bytes)
@@ -236,8 +259,10 @@ void ImportFrame(const Id3::Frame& frame, FrameId id, unsigned major, TagBuilder
 }  // namespace
 
 std::optional<FrameId> FrameForId3v2(std::string_view frameId) {
-    for (const Id3v2Row& row : kId3v2Frames)
-        if (row.frameId == frameId) return row.frame;
+    const uint32_t key = PackedFrameId(frameId);
+    if (key == 0) return std::nullopt;
+    for (size_t i = 0; i < kId3v2Keys.size(); ++i)
+        if (kId3v2Keys[i] == key) return kId3v2Frames[i].frame;
     return std::nullopt;
 }
 
