@@ -1,4 +1,7 @@
 // Compiled with AVX2 on x86-64 (see CMakeLists.txt); called only where the processor has it.
+// Everything this file uses from headers is always inlined or has internal linkage, so no
+// out-of-line copy built for AVX2 can stand in for one the rest of the program calls:
+// FourWideHopsFor is the only symbol it defines.
 #include "engine/equalizer/EqualizedHopsWidths.h"
 #include "engine/equalizer/HopKernel.h"
 

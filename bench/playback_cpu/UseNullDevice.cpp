@@ -1,0 +1,48 @@
+// verdin-bench-null-device: points the player's settings at the ALSA "null" device, through
+// the settings store of the environment it runs in (XDG_CONFIG_HOME), for benchmarks.
+//
+//   verdin-bench-null-device <the player's directory> [equalizer]
+//     equalizer: also switch the equalizer on with a curve on the bands
+// Prints the device number it stored; exits 1 when ALSA lists no "null" device or the
+// settings cannot be written.
+#include "engine/output/AlsaDeviceList.h"
+#include "settings/Locations.h"
+#include "settings/store/SettingsStore.h"
+
+#include <QStandardPaths>
+#include <cstdio>
+#include <cstring>
+#include <optional>
+
+int main(int argc, char** argv) {
+    if (argc < 2) {
+        std::fprintf(stderr, "usage: verdin-bench-null-device <the player's directory> [equalizer]\n");
+        return 2;
+    }
+    const auto devices = verdin::ListAlsaDevices();
+    std::optional<int> nullDevice;
+    for (size_t i = 0; i < devices.size(); ++i)
+        if (devices[i].name == "null") nullDevice = static_cast<int>(i) - 1;
+    if (!nullDevice) {
+        std::fprintf(stderr, "ALSA lists no \"null\" device\n");
+        return 1;
+    }
+    // The player's own directory, not this program's: defaults such as the plug-in
+    // search path are made from it.
+    verdin::SettingsEnvironment environment{argv[1], verdin::UserDirectory(), verdin::CurrentDirectory(),
+                                            QStandardPaths::writableLocation(QStandardPaths::MusicLocation).toStdString()};
+    verdin::Settings settings;
+    verdin::LoadUserSettings(settings, environment);
+    settings.outputType = 0;
+    settings.waveOutDevice = *nullDevice;
+    if (argc > 2 && std::strcmp(argv[2], "equalizer") == 0) {
+        settings.equalize = 1;
+        settings.equalizerValues = {6, 4, 2, 0, -2, -4, -3, 0, 1, 3, 5, 4, 2, 0, -1, -6};
+    }
+    if (!verdin::SaveUserSettings(settings, environment)) {
+        std::fprintf(stderr, "the settings could not be written\n");
+        return 1;
+    }
+    std::printf("%d\n", *nullDevice);
+    return 0;
+}

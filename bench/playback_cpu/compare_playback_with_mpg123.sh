@@ -1,0 +1,89 @@
+#!/usr/bin/env bash
+# Plays a 60-second MP3 on the ALSA "null" device with the headless player and with
+# `mpg123 -o alsa -a null`, alternately, and reports the processor time per second of
+# audio of both (median of the runs), their ratio, and the player's peak resident memory
+# (GNU time's %M, the kernel's high-water mark). Then the same with the equalizer on and a
+# curve on the bands, and the player with its window (under Xvfb, when xvfb-run is there).
+# The player runs in a private home (XDG_CONFIG_HOME, XDG_DATA_HOME) on a private D-Bus
+# session; its settings are written with the player's settings store.
+#   compare_playback_with_mpg123.sh [runs]   (default 3)
+# Targets: processor time per audio second no more than mpg123's; peak memory at most
+# 16 MiB headless, 45 MiB with the window.
+set -euo pipefail
+here=$(cd "$(dirname "$0")" && pwd)
+bin=$(cd "$here/../../bin" && pwd)
+runs=${1:-3}
+for tool in /usr/bin/time dbus-run-session mpg123 sox lame; do
+  command -v "$tool" >/dev/null || { echo "missing: $tool" >&2; exit 2; }
+done
+cache=${XDG_CACHE_HOME:-$HOME/.cache}/verdin-bench
+mkdir -p "$cache"
+mp3=$cache/sixty-seconds.mp3
+if [ ! -s "$mp3" ]; then
+  sox -n -r 44100 -c 2 -b 16 "$cache/sixty.wav" synth 60 sine 220-880 sine 330 gain -3
+  lame --quiet -b 192 "$cache/sixty.wav" "$mp3"
+  rm -f "$cache/sixty.wav"
+fi
+seconds=60
+work=$(mktemp -d)
+trap 'rm -rf "$work"' EXIT
+
+# A fresh private home whose settings point the player at the null device.
+make_home() {
+  local home=$work/home.$1
+  rm -rf "$home"
+  mkdir -p "$home/config" "$home/data" "$home/Music"
+  env HOME="$home" XDG_CONFIG_HOME="$home/config" XDG_DATA_HOME="$home/data" \
+    "$here/verdin-bench-null-device" "$bin" ${2:-} >/dev/null
+  echo "$home"
+}
+
+# "user system maxKB" of one command.
+measure() {
+  local out=$work/time.$$
+  /usr/bin/time -f '%U %S %M' -o "$out" "$@" >/dev/null 2>&1 || true
+  tail -n 1 "$out"
+}
+
+player() {  # home, then extra words in front (xvfb-run) and player options
+  local home=$1; shift
+  env HOME="$home" XDG_CONFIG_HOME="$home/config" XDG_DATA_HOME="$home/data" \
+    dbus-run-session -- /usr/bin/time -f '%U %S %M' -o "$work/player.time" "$@" /PLAY "$mp3" >/dev/null 2>&1 || true
+  tail -n 1 "$work/player.time"
+}
+
+median() { sort -g | awk '{a[NR]=$1} END {print (NR%2) ? a[(NR+1)/2] : (a[NR/2]+a[NR/2+1])/2}'; }
+cpu() { awk '{print $1 + $2}'; }
+kb() { awk '{print $3}'; }
+
+peer=(); plain=(); curve=(); window=(); plainKb=(); curveKb=(); windowKb=()
+plainHome=$(make_home plain)
+curveHome=$(make_home curve equalizer)
+windowHome=$(make_home window)
+for ((i = 0; i < runs; i++)); do
+  peer+=("$(measure mpg123 -q -o alsa -a null "$mp3" | cpu)")
+  r=$(player "$plainHome" "$bin/verdin" --headless --quit-after-play); plain+=("$(echo "$r" | cpu)"); plainKb+=("$(echo "$r" | kb)")
+  r=$(player "$curveHome" "$bin/verdin" --headless --quit-after-play); curve+=("$(echo "$r" | cpu)"); curveKb+=("$(echo "$r" | kb)")
+  if command -v xvfb-run >/dev/null; then
+    r=$(env HOME="$windowHome" XDG_CONFIG_HOME="$windowHome/config" XDG_DATA_HOME="$windowHome/data" \
+          xvfb-run -a dbus-run-session -- /usr/bin/time -f '%U %S %M' -o "$work/window.time" \
+          "$bin/verdin" --quit-after-play /PLAY "$mp3" >/dev/null 2>&1 || true; tail -n 1 "$work/window.time")
+    window+=("$(echo "$r" | cpu)"); windowKb+=("$(echo "$r" | kb)")
+  fi
+done
+
+p=$(printf '%s\n' "${peer[@]}" | median)
+o=$(printf '%s\n' "${plain[@]}" | median)
+c=$(printf '%s\n' "${curve[@]}" | median)
+perSecond() { echo "$1 * 1000 / $seconds" | bc -l; }
+printf 'mpg123 -o alsa -a null:   %.2f ms processor time per audio second (median of %d)\n' "$(perSecond "$p")" "$runs"
+printf 'verdin --headless:        %.2f ms, %.2fx mpg123 (target <= 1)\n' "$(perSecond "$o")" "$(echo "$o / $p" | bc -l)"
+printf '  with the equalizer on:  %.2f ms, %.2fx mpg123\n' "$(perSecond "$c")" "$(echo "$c / $p" | bc -l)"
+mib() { printf '%s\n' "$@" | sort -g | tail -n 1 | awk '{printf "%.1f", $1 / 1024}'; }
+printf 'peak resident memory, headless: %s MiB (highest of the runs; target <= 16 MiB), with the equalizer: %s MiB\n' \
+  "$(mib "${plainKb[@]}")" "$(mib "${curveKb[@]}")"
+if [ ${#window[@]} -gt 0 ]; then
+  w=$(printf '%s\n' "${window[@]}" | median)
+  printf 'with the window (Xvfb):   %.2f ms per audio second, peak resident memory %s MiB (target <= 45 MiB)\n' \
+    "$(perSecond "$w")" "$(mib "${windowKb[@]}")"
+fi
