@@ -2,16 +2,15 @@
 
 #include "playlist/Playlist.h"
 #include "playlist/RandomEntry.h"
-#include "playlist/TrackItem.h"
 #include "playlist/TreeCommands.h"
 #include "playlist/files/PlaylistFileTexts.h"
 #include "playlist/files/PlaylistWriter.h"
 #include "shell/ui/MainWindow.h"
 #include "shell/ui/WindowHost.h"
+#include "shell/ui/dialogs/Dialogs.h"
 #include "shell/ui/files/FileDialogs.h"
 #include "shell/ui/playlist/PlaylistView.h"
 #include "shell/ui/playlist/RowMove.h"
-#include "shell/ui/dialogs/Dialogs.h"
 
 namespace verdin {
 
