@@ -1,5 +1,6 @@
 #include "engine/analyzer/AnalyzerSnapshot.h"
 
+#include <algorithm>
 #include <optional>
 
 namespace verdin {
@@ -59,10 +60,16 @@ bool AnalyzerSnapshot::TakeWaveform(std::span<const uint8_t> ring, uint32_t play
         for (auto& channel : waveform_) channel.fill(0);
         return false;
     }
+    waveformLength_ = WaveformLengthFor(format.sampleRate);
     for (uint32_t c = 0; c < format.channels; ++c)
-        for (int i = 0; i < kAnalyzerValues; ++i) waveform_[c][i] = frames->LeftAligned(i, c);
+        for (uint32_t i = 0; i < waveformLength_; ++i) waveform_[c][i] = frames->LeftAligned(i, c);
     if (format.channels == 1) waveform_[1] = waveform_[0];
     return true;
+}
+
+uint32_t AnalyzerSnapshot::WaveformLengthFor(uint32_t sampleRate) {
+    const uint64_t span = uint64_t{sampleRate} * 30 / 1000 + 1;
+    return static_cast<uint32_t>(std::clamp<uint64_t>(span, kAnalyzerValues, kMaxWaveformValues));
 }
 
 bool AnalyzerSnapshot::Take(std::span<const uint8_t> ring, uint32_t playPosition, const PcmFormat& format) {
@@ -81,7 +88,7 @@ int32_t AnalyzerSnapshot::GetAnalyzerValue(uint32_t channel, uint32_t index) con
 }
 
 int32_t AnalyzerSnapshot::GetWaveformValue(uint32_t channel, uint32_t index) const {
-    return channel < kAnalyzerChannels && index < kAnalyzerValues ? waveform_[channel][index] : 0;
+    return channel < kAnalyzerChannels && index < waveformLength_ ? waveform_[channel][index] : 0;
 }
 
 }  // namespace verdin

@@ -41,12 +41,19 @@ public:
 
     // Channel 0 or 1, index 0..575; 0 outside that range.
     int32_t GetAnalyzerValue(uint32_t channel, uint32_t index) const;
+    // Channel 0 or 1, index 0..WaveformLength()-1; 0 outside that range. The waveform holds
+    // 30 ms of sound (the span the oscilloscope draws: at 44.1 kHz it reads up to sample
+    // 1309), and never fewer than the 576 values visualization plug-ins take.
     int32_t GetWaveformValue(uint32_t channel, uint32_t index) const;
+    uint32_t WaveformLength() const { return waveformLength_; }
+    static uint32_t WaveformLengthFor(uint32_t sampleRate);
+    static constexpr uint32_t kMaxWaveformValues = 192000 * 30 / 1000 + 1;
 
 private:
     using Table = std::array<std::array<int32_t, kAnalyzerValues>, kAnalyzerChannels>;
     Table spectrum_{};
-    Table waveform_{};
+    std::array<std::array<int32_t, kMaxWaveformValues>, kAnalyzerChannels> waveform_{};
+    uint32_t waveformLength_ = kAnalyzerValues;
     std::array<double, kHartleySize> work_{};
     std::array<int32_t, kSpectrumBins> bins_{};
 };

@@ -143,7 +143,9 @@ bool CoreApplication::AskYesNo(std::string_view text, MessageIcon icon) {
 void CoreApplication::SetTimersRunning(bool running) {
     if (running) {
         if (!progressTimer_.isActive()) progressTimer_.start();
-        if (!displayTimer_.isActive()) displayTimer_.start();
+        // The 10 ms tick draws the analyzer and the oscilloscope; without windows there is
+        // nothing to draw, and waking 100 times a second for nothing costs processor time.
+        if (!options_.headless && !displayTimer_.isActive()) displayTimer_.start();
     } else {
         progressTimer_.stop();
         displayTimer_.stop();

@@ -225,7 +225,7 @@ TEST(AnalyzerSnapshot, OutOfRangeQueriesGiveZero) {
     ASSERT_TRUE(s.Take(Ring(600, 16, Constant(20000)), 0, PcmFormat{44100, 1, 16}));
     EXPECT_NE(s.GetWaveformValue(1, 575), 0);
     EXPECT_EQ(s.GetWaveformValue(2, 0), 0);
-    EXPECT_EQ(s.GetWaveformValue(0, 576), 0);
+    EXPECT_EQ(s.GetWaveformValue(0, s.WaveformLength()), 0);
     EXPECT_EQ(s.GetAnalyzerValue(2, 0), 0);
     EXPECT_EQ(s.GetAnalyzerValue(0, 576), 0);
 }
@@ -236,6 +236,27 @@ TEST(AnalyzerSnapshot, TinyRingsWrapRepeatedly) {
     const std::vector<uint8_t> ring = Ring(3, 16, [](size_t n) { return int32_t(n * 1000 + 1); });
     ASSERT_TRUE(s.Take(ring, 4, PcmFormat{44100, 1, 16}));
     for (int i = 0; i < kAnalyzerValues; ++i) ASSERT_EQ(s.GetWaveformValue(0, i), int32_t(((i + 2) % 3) * 1000 + 1) << 16) << i;
+}
+
+}  // namespace
+}  // namespace verdin
+
+namespace verdin {
+namespace {
+
+TEST(AnalyzerSnapshot, TheWaveformSpansTheThirtyMillisecondsTheOscilloscopeDraws) {
+    EXPECT_EQ(AnalyzerSnapshot::WaveformLengthFor(44100), 1324u);
+    EXPECT_EQ(AnalyzerSnapshot::WaveformLengthFor(8000), 576u);  // never fewer than plug-ins take
+    EXPECT_EQ(AnalyzerSnapshot::WaveformLengthFor(384000), AnalyzerSnapshot::kMaxWaveformValues);
+    // A ramp: every frame holds its own index, so each value says which frame it came from.
+    const auto ramp = [](size_t n) { return static_cast<int32_t>(n); };
+    AnalyzerSnapshot s;
+    const std::vector<uint8_t> ring = Ring(4000, 16, ramp);
+    ASSERT_TRUE(s.TakeWaveform(ring, 100 * 2, PcmFormat{44100, 1, 16}));
+    // The oscilloscope's last column at 44.1 kHz: 44100 x 95 x 30 / 96000 = 1309.
+    EXPECT_EQ(s.GetWaveformValue(0, 1309), (100 + 1309) << 16);
+    EXPECT_EQ(s.GetWaveformValue(1, 1323), (100 + 1323) << 16);
+    EXPECT_EQ(s.GetWaveformValue(0, 1324), 0);
 }
 
 }  // namespace
