@@ -25,6 +25,7 @@ MpegDecoder* MpegDecoder::Open(const char* path, uint32_t dataOffset) {
         return nullptr;
     }
     decoder->frameBytes_ = 2 * static_cast<size_t>(decoder->file_.channels());
+    decoder->file_.EnableReadAhead(64 * 1024);
     return decoder;
 }
 

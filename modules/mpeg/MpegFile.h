@@ -30,6 +30,9 @@ public:
     // its first frame. False when the file cannot be read or no MPEG audio is found there.
     bool Open(const char* path, uint32_t dataOffset);
 
+    // Reads ahead in blocks of that size from now on (for decoding the whole file).
+    void EnableReadAhead(size_t bytes) { source_.EnableReadAhead(bytes); }
+
     mpg123_handle* handle() const { return handle_; }
     long sampleRate() const { return sampleRate_; }
     int channels() const { return channels_; }

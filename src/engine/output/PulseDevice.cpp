@@ -28,7 +28,7 @@ namespace {
 constexpr const char* kStreamName = "Verdin playback";
 // The longest the device thread sleeps between two looks at its requests and the
 // server's clock: it bounds how stale a position can be.
-constexpr int kTickMilliseconds = 5;
+constexpr int kTickMilliseconds = 20;
 // The same while held or stopped: requests and commits wake the thread anyway.
 constexpr int kIdleTickMilliseconds = 100;
 constexpr auto kCloseTimeout = std::chrono::seconds(3);

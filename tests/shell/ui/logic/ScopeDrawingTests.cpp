@@ -132,9 +132,10 @@ TEST(PaintOscilloscope, TraceRowsAndShades) {
         ScopePixels pixels{};
         PaintOscilloscope(pixels, NumberedColours(), 44100, [&](int, int) { return c.sample; });
         EXPECT_EQ(PixelAt(pixels, 10, c.row), 1000u + c.rowEntry) << c.sample;
-        if (c.row + 1 < kScopeHeight)
+        if (c.row + 1 < kScopeHeight) {
             EXPECT_EQ(PixelAt(pixels, 10, c.row + 1), c.aboveEntry < 0 ? 7u : 1000u + static_cast<uint32_t>(c.aboveEntry))
                 << c.sample;
+        }
         int drawn = 0;
         for (int row = 0; row < kScopeHeight; ++row) drawn += PixelAt(pixels, 10, row) != 7u;
         EXPECT_EQ(drawn, c.aboveEntry < 0 ? 1 : 2) << c.sample;
