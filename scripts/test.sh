@@ -39,7 +39,7 @@ for stage in $stages; do
     tsan)
       configure build-tsan -DVERDIN_SANITIZE=thread -DVERDIN_BENCH=OFF
       cmake --build build-tsan -j"$jobs" --target verdin_engine_tests
-      TSAN_OPTIONS=halt_on_error=1:second_deadlock_stack=1 \
+      TSAN_OPTIONS=halt_on_error=1:second_deadlock_stack=1:suppressions=$root/scripts/tsan.supp \
         ctest --test-dir build-tsan -L engine -j"$jobs" --timeout 900
       ;;
     fuzz)
