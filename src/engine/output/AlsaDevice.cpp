@@ -335,36 +335,23 @@ int AlsaDevice::Start() {
     core_->committed.store(0, std::memory_order_release);
     SetEndOfData(-1);
     const uint16_t run = core_->played.Restart();
-    core_->requests.Post([run](DeviceRequest r) {
-        r.run = run;
-        r.mode = DeviceMode::Playing;
-        return r;
-    }, core_->wake, core_->finished);
+    core_->requests.PostStart(run, core_->wake, core_->finished);
     return 0;
 }
 
 void AlsaDevice::Stop() {
     if (!core_) return;
-    core_->requests.Post([](DeviceRequest r) {
-        r.mode = DeviceMode::Stopped;
-        return r;
-    }, core_->wake, core_->finished);
+    core_->requests.PostStop(core_->wake, core_->finished);
 }
 
 void AlsaDevice::Pause() {
     if (!core_) return;
-    core_->requests.Post([](DeviceRequest r) {
-        if (r.mode == DeviceMode::Playing) r.mode = DeviceMode::Paused;
-        return r;
-    }, core_->wake, core_->finished);
+    core_->requests.PostPause(core_->wake, core_->finished);
 }
 
 void AlsaDevice::Resume() {
     if (!core_) return;
-    core_->requests.Post([](DeviceRequest r) {
-        if (r.mode == DeviceMode::Paused) r.mode = DeviceMode::Playing;
-        return r;
-    }, core_->wake, core_->finished);
+    core_->requests.PostResume(core_->wake, core_->finished);
 }
 
 void AlsaDevice::TakeBackFrames(uint32_t frames) {

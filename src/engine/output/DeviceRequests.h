@@ -57,6 +57,34 @@ public:
             std::this_thread::sleep_for(std::chrono::microseconds(200));
     }
 
+    // The four requests the devices share: Start (a new run), Stop, and Pause and
+    // Resume, which only act on a device that is playing or paused.
+    void PostStart(uint16_t run, const WakeupSignal& wake, const std::atomic<bool>& threadEnded) {
+        Post([run](DeviceRequest r) {
+            r.run = run;
+            r.mode = DeviceMode::Playing;
+            return r;
+        }, wake, threadEnded);
+    }
+    void PostStop(const WakeupSignal& wake, const std::atomic<bool>& threadEnded) {
+        Post([](DeviceRequest r) {
+            r.mode = DeviceMode::Stopped;
+            return r;
+        }, wake, threadEnded);
+    }
+    void PostPause(const WakeupSignal& wake, const std::atomic<bool>& threadEnded) {
+        Post([](DeviceRequest r) {
+            if (r.mode == DeviceMode::Playing) r.mode = DeviceMode::Paused;
+            return r;
+        }, wake, threadEnded);
+    }
+    void PostResume(const WakeupSignal& wake, const std::atomic<bool>& threadEnded) {
+        Post([](DeviceRequest r) {
+            if (r.mode == DeviceMode::Paused) r.mode = DeviceMode::Playing;
+            return r;
+        }, wake, threadEnded);
+    }
+
     // Device-thread side.
     uint64_t Current() const { return word_.load(std::memory_order_acquire); }
     void Done(uint64_t word) {

@@ -378,36 +378,23 @@ bool PulseDevice::IsOpen() const { return core_ != nullptr; }
 int PulseDevice::Start() {
     if (!core_) return 0;
     const uint16_t run = core_->played.Restart();
-    core_->requests.Post([run](DeviceRequest r) {
-        r.run = run;
-        r.mode = DeviceMode::Playing;
-        return r;
-    }, core_->wake, core_->finished);
+    core_->requests.PostStart(run, core_->wake, core_->finished);
     return 0;
 }
 
 void PulseDevice::Stop() {
     if (!core_) return;
-    core_->requests.Post([](DeviceRequest r) {
-        r.mode = DeviceMode::Stopped;
-        return r;
-    }, core_->wake, core_->finished);
+    core_->requests.PostStop(core_->wake, core_->finished);
 }
 
 void PulseDevice::Pause() {
     if (!core_) return;
-    core_->requests.Post([](DeviceRequest r) {
-        if (r.mode == DeviceMode::Playing) r.mode = DeviceMode::Paused;
-        return r;
-    }, core_->wake, core_->finished);
+    core_->requests.PostPause(core_->wake, core_->finished);
 }
 
 void PulseDevice::Resume() {
     if (!core_) return;
-    core_->requests.Post([](DeviceRequest r) {
-        if (r.mode == DeviceMode::Paused) r.mode = DeviceMode::Playing;
-        return r;
-    }, core_->wake, core_->finished);
+    core_->requests.PostResume(core_->wake, core_->finished);
 }
 
 void PulseDevice::TakeBackFrames(uint32_t frames) {
