@@ -58,11 +58,11 @@ TEST(EqualizedHops, EveryWidthAndBatchSizeWritesTheSameBytes) {
             const std::vector<uint8_t> in = test::PackSamples(samples, bytes * 8);
 
             const std::vector<uint8_t> reference = RunHops({2, {1}}, in, hops, bytes, channels, weights);
-            if (channels == 1) EXPECT_EQ(RunHops({2, {2, 1}}, in, hops, bytes, channels, weights), reference);
+            if (channels == 1) { EXPECT_EQ(RunHops({2, {2, 1}}, in, hops, bytes, channels, weights), reference); }
             if (!fourWide) continue;  // no AVX2 here: only the two-wide functions run
             EXPECT_EQ(RunHops({4, {1}}, in, hops, bytes, channels, weights), reference);
             EXPECT_EQ(RunHops({4, {4 / channels}}, in, hops, bytes, channels, weights), reference);
-            if (channels == 1) EXPECT_EQ(RunHops({4, {3, 2, 4}}, in, hops, bytes, channels, weights), reference);
+            if (channels == 1) { EXPECT_EQ(RunHops({4, {3, 2, 4}}, in, hops, bytes, channels, weights), reference); }
         }
     }
 }
