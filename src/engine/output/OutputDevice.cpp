@@ -21,6 +21,12 @@ void OutputDevice::Wait(uint32_t frames) {
     std::this_thread::sleep_for(std::chrono::milliseconds(ms));
 }
 
+uint32_t OutputDevice::RoomToWaitFor(uint32_t frames) const {
+    const uint32_t frameBytes = format_.BytesPerFrame();
+    const uint32_t quarterRing = frameBytes ? ringSize_ / frameBytes / 4 : 0;
+    return std::max(frames, std::min(format_.sampleRate / 20, quarterRing));
+}
+
 void OutputDevice::SetVolume(uint32_t) {}
 
 uint32_t OutputDevice::GetVolume() { return 0; }

@@ -29,6 +29,7 @@ public:
     void Pause() override;
     void Resume() override;
     void Wait(uint32_t frames) override;
+    uint32_t RoomToWaitFor(uint32_t frames) const override { return frames; }
     uint32_t GetVolume() override;
     uint32_t GetPlayPosition() override;
     int64_t GetPlayedFrames() override;

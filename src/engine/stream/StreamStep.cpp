@@ -146,7 +146,7 @@ bool Stream::ApplyBufferRules(uint32_t n) {
     int64_t played = device->GetPlayedFrames();
     while (written + n > played + static_cast<int64_t>(ring_.frames)) {
         if (StopRequested() || DeviceFailed(*device)) return false;
-        device->Wait(n);
+        device->Wait(device->RoomToWaitFor(n));
         played = device->GetPlayedFrames();
     }
     return !StopRequested() && !DeviceFailed(*device);
