@@ -81,6 +81,8 @@ public:
           clock_(core.format.sampleRate),
           clockPaced_(core.pcm->PacedByClock()),
           aheadFrames_(std::max<uint32_t>(core.pcm->BufferFrames(), core.format.sampleRate / 20)),
+          tickKeepsPcmFed_(uint64_t{core.pcm->BufferFrames()} * 1000 >=
+                           uint64_t{3} * kTickMilliseconds * core.format.sampleRate),
           scratch_(size_t{kPieceFrames} * core.bytesPerFrame) {}
 
     void Run() {
@@ -256,7 +258,7 @@ private:
 
     void Sleep(bool waitForRoom) {
         std::vector<struct pollfd> fds{{core_.wake.Fd(), POLLIN, 0}};
-        if (waitForRoom && !UsesClock()) {
+        if (waitForRoom && !UsesClock() && !tickKeepsPcmFed_) {
             std::vector<struct pollfd> pcmFds = core_.pcm->PollDescriptors();
             fds.insert(fds.end(), pcmFds.begin(), pcmFds.end());
         }
@@ -271,6 +273,10 @@ private:
     const bool clockPaced_;
     // How far the clock-paced device hands frames ahead of what counts as played.
     const int64_t aheadFrames_;
+    // The PCM holds three ticks or more: topping it up on every tick keeps it fed, and
+    // the thread need not also wake whenever the PCM has room (a sound server's plug-in
+    // signals that hundreds of times a second).
+    const bool tickKeepsPcmFed_;
     std::vector<uint8_t> scratch_;
     DeviceMode mode_ = DeviceMode::Stopped;
     uint16_t run_ = 0;

@@ -2,13 +2,24 @@
 
 #include <poll.h>
 
+#include <algorithm>
+
 namespace verdin {
 
 namespace {
 
-// Latency asked for: short enough that a pause or a volume change is heard at once,
-// long enough that a busy desktop does not starve the card.
-constexpr unsigned kLatencyMicroseconds = 50000;
+// Latency asked for: 100 ms, short enough that a volume change is heard at once (a pause
+// holds the card where it is), long enough that a busy desktop does not starve the card
+// and that the device thread and a sound server's plug-in wake about 40 times a second
+// rather than 80. Never more than 8000 frames: a crossfade mixes into the ring no nearer
+// than 12000 frames to what is being heard, and what ALSA holds can no longer change.
+constexpr unsigned kLatencyMicroseconds = 100000;
+constexpr unsigned kMostLatencyFrames = 8000;
+
+unsigned LatencyMicroseconds(uint32_t sampleRate) {
+    const uint64_t cap = uint64_t{kMostLatencyFrames} * 1'000'000 / sampleRate;
+    return static_cast<unsigned>(std::min<uint64_t>(kLatencyMicroseconds, cap));
+}
 
 struct FormatRow {
     uint32_t bits;
@@ -50,7 +61,7 @@ std::unique_ptr<AlsaPcm> AlsaPcm::Open(const std::string& name, const PcmFormat&
     }
     std::unique_ptr<AlsaPcm> pcm(new AlsaPcm(raw));
     rc = snd_pcm_set_params(raw, sampleFormat, SND_PCM_ACCESS_RW_INTERLEAVED, format.channels,
-                            format.sampleRate, 1, kLatencyMicroseconds);
+                            format.sampleRate, 1, LatencyMicroseconds(format.sampleRate));
     if (rc < 0) {
         *error = Reason("cannot configure ALSA device", name, rc);
         return nullptr;
