@@ -184,6 +184,7 @@ QWidget* MainWindow::BuildPlaylistContainer() {
     layout->addWidget(view_, 1);
 
     summaryBar_ = new QStatusBar(container_);
+    summaryBar_->setObjectName(QStringLiteral("msctls_statusbar32"));
     listSummary_ = new QLabel(summaryBar_);
     listSummary_->setMinimumWidth(120);
     selectionSummary_ = new QLabel(summaryBar_);

@@ -129,6 +129,7 @@ private slots:
         auto* output = dialog.PageOf<OutputPage>();
         output->FillDeviceLists({{"default", "Default device"}, {"null", "Discard all samples"}, {"hw:1", "Card"}},
                                 {{"sink0", "Speakers"}, {"sink1", "Headphones"}});
+        QCOMPARE(output->AlsaDevices()->itemText(0), QStringLiteral("Wave Mapper"));
         output->KindButton(2)->setChecked(true);
         output->AlsaDevices()->setCurrentIndex(2);
         output->PulseSinks()->setCurrentIndex(1);

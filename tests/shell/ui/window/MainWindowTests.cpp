@@ -111,7 +111,7 @@ void MainWindowTests::windowsAreNamedAsThePlayerNamesThem() {
     QCOMPARE(window.objectName(), QStringLiteral("Verdin - Main Window"));
     for (const char* name : {"Verdin - Position Container", "Verdin - Volume Container", "Verdin - Status Window",
                              "Verdin - Playlist Container", "Verdin - Frequency Analyzer", "Verdin - Oscilloscope",
-                             "Verdin - Visualization Plug-in Decoy"})
+                             "Verdin - Visualization Plug-in Decoy", "msctls_statusbar32"})
         QVERIFY2(window.findChild<QWidget*>(QString::fromLatin1(name)), name);
     QVERIFY(window.findChild<QWidget*>(QStringLiteral("Verdin - Visualization Plug-in Decoy"))->isHidden());
     QCOMPARE(window.Analyzer().size(), QSize(204, 20));

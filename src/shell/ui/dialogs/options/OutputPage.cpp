@@ -39,6 +39,10 @@ void SelectDevice(QComboBox* combo, int index) {
     combo->setCurrentIndex(index);
 }
 
+// The first sound card entry (device -1, ALSA's "default" PCM) keeps the player's name
+// for "whatever the system chooses".
+const QString kWaveMapper = QStringLiteral("Wave Mapper");
+
 void FillDevices(QComboBox* combo, const std::vector<OutputDeviceEntry>& entries, const QString& whenEmpty) {
     combo->clear();
     // Without a list (no sound server answers) the first entry still stands for the
@@ -130,7 +134,7 @@ void OutputPage::SelectDevices() {
     if (!listed_) {
         // Not listed yet: one entry standing for the stored choice.
         alsaDevices_->clear();
-        alsaDevices_->addItem(s.waveOutDevice < 0 ? QStringLiteral("default") : QStringLiteral("Device %1").arg(s.waveOutDevice),
+        alsaDevices_->addItem(s.waveOutDevice < 0 ? kWaveMapper : QStringLiteral("Device %1").arg(s.waveOutDevice),
                               s.waveOutDevice + 1);
         pulseSinks_->clear();
         pulseSinks_->addItem(s.directSoundDevice == 0 ? QStringLiteral("Default sink")
@@ -146,7 +150,8 @@ void OutputPage::FillDeviceLists(const std::vector<OutputDeviceEntry>& alsa, con
     // What the user chose before the lists came is what they select now.
     const int alsaChoice = alsaDevices_->currentData().toInt();
     const int pulseChoice = pulseSinks_->currentData().toInt();
-    FillDevices(alsaDevices_, alsa, QStringLiteral("default"));
+    FillDevices(alsaDevices_, alsa, kWaveMapper);
+    alsaDevices_->setItemText(0, kWaveMapper);  // -1, ALSA's "default" PCM
     FillDevices(pulseSinks_, pulse, QStringLiteral("Default sink"));
     listed_ = true;
     SelectDevice(alsaDevices_, alsaChoice);
