@@ -4,6 +4,10 @@
 # audio of both (median of the runs), their ratio, and the player's peak resident memory
 # (GNU time's %M, the kernel's high-water mark). Then the same with the equalizer on and a
 # curve on the bands, and the player with its window (under Xvfb, when xvfb-run is there).
+# mpg123 does not pace the null PCM (it decodes the minute at full speed) while the player
+# plays it in real time; so, when pulseaudio is installed, both also play in real time on a
+# private sound server with a null sink: `mpg123 -o pulse` against the player's sound-server
+# output, processor time of both processes (the server's own is left out for both).
 # The player runs in a private home (XDG_CONFIG_HOME, XDG_DATA_HOME) on a private D-Bus
 # session; its settings are written with the player's settings store.
 #   compare_playback_with_mpg123.sh [runs]   (default 3)
@@ -86,4 +90,25 @@ if [ ${#window[@]} -gt 0 ]; then
   w=$(printf '%s\n' "${window[@]}" | median)
   printf 'with the window (Xvfb):   %.2f ms per audio second, peak resident memory %s MiB (target <= 45 MiB)\n' \
     "$(perSecond "$w")" "$(mib "${windowKb[@]}")"
+fi
+
+# Both in real time on a private sound server.
+if command -v pulseaudio >/dev/null && command -v pactl >/dev/null; then
+  runtime=$work/runtime
+  mkdir -p "$runtime" && chmod 700 "$runtime"
+  XDG_RUNTIME_DIR=$runtime HOME=$work pulseaudio -n --daemonize=no --exit-idle-time=-1 \
+    -L module-null-sink -L module-native-protocol-unix >/dev/null 2>&1 &
+  server=$!
+  for ((t = 0; t < 50; t++)); do XDG_RUNTIME_DIR=$runtime HOME=$work pactl info >/dev/null 2>&1 && break; sleep 0.1; done
+  serverHome=$(make_home server server)
+  peerRt=(); playerRt=()
+  for ((i = 0; i < runs; i++)); do
+    peerRt+=("$(XDG_RUNTIME_DIR=$runtime HOME=$work measure mpg123 -q -o pulse "$mp3" | cpu)")
+    playerRt+=("$(XDG_RUNTIME_DIR=$runtime player "$serverHome" "$bin/verdin" --headless --quit-after-play | cpu)")
+  done
+  kill "$server" 2>/dev/null || true
+  pr=$(printf '%s\n' "${peerRt[@]}" | median)
+  vr=$(printf '%s\n' "${playerRt[@]}" | median)
+  printf 'real time on a sound server: mpg123 -o pulse %.2f ms, verdin %.2f ms per audio second, %.2fx\n' \
+    "$(perSecond "$pr")" "$(perSecond "$vr")" "$(echo "$vr / $pr" | bc -l)"
 fi
