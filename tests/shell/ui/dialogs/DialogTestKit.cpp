@@ -26,6 +26,8 @@ bool RecordingHost::AskYesNo(std::string_view text, MessageIcon icon) {
 
 CoreFixture::CoreFixture() {
     environment = {dir.str(), dir.str(), dir.str(), dir.str()};
+    probeLog = dir.file("probe.log");
+    qputenv("VERDIN_PROBE_LOG", QByteArray::fromStdString(probeLog));
     // Every settings store of this process goes into the private directory.
     QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, QString::fromStdString(dir.str()));
     SetDefaults(settings, environment);

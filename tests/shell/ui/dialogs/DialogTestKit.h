@@ -53,6 +53,8 @@ public:
     Settings settings;
     RecordingHost host;
     std::unique_ptr<PlayerCore> core;
+    // Where the probe plug-ins write what the host asked of them (VERDIN_PROBE_LOG).
+    std::string probeLog;
 
     // A 16-bit stereo 44.1 kHz sine tone of the given length, as a WAV file in dir.
     std::string Tone(const std::string& name, double seconds, double amplitude = 0.5);

@@ -45,8 +45,7 @@ class TrackPropertiesTests : public QObject {
 private slots:
     void init() {
         fixture_ = std::make_unique<test::CoreFixture>();
-        log_ = fixture_->dir.file("probe.log");
-        qputenv("VERDIN_PROBE_LOG", QByteArray::fromStdString(log_));
+        log_ = fixture_->probeLog;
     }
     void cleanup() { fixture_.reset(); }
 
