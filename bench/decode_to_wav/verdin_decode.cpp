@@ -9,7 +9,7 @@
 #include "engine/input/InputModuleList.h"
 #include "engine/stream/Stream.h"
 #include "playlist/TrackName.h"
-#include "settings/Locations.h"
+#include "base/Locations.h"
 
 #include <cstdio>
 #include <cstdlib>

@@ -7,7 +7,7 @@
 // Prints the device number it stored; exits 1 when ALSA lists no "null" device or the
 // settings cannot be written.
 #include "engine/output/AlsaDeviceList.h"
-#include "settings/Locations.h"
+#include "base/Locations.h"
 #include "settings/store/SettingsStore.h"
 
 #include <QStandardPaths>

@@ -1,7 +1,7 @@
 #include "TreeCommands.h"
 
 #include "playlist/Playlist.h"
-#include "settings/Text.h"
+#include "base/Text.h"
 
 #include <algorithm>
 #include <memory>

@@ -1,7 +1,7 @@
 #include "EqualizerPresetList.h"
 
 #include "IniProfile.h"
-#include "Text.h"
+#include "base/Text.h"
 
 #include <string>
 

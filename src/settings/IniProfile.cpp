@@ -1,6 +1,6 @@
 #include "IniProfile.h"
 
-#include "Text.h"
+#include "base/Text.h"
 
 #include <cerrno>
 #include <cstdio>

@@ -1,6 +1,6 @@
 #include "Settings.h"
 
-#include "Locations.h"
+#include "base/Locations.h"
 
 namespace verdin {
 

@@ -1,6 +1,6 @@
 #include "CommandText.h"
 
-#include "settings/Text.h"
+#include "base/Text.h"
 
 namespace verdin {
 

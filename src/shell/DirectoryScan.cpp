@@ -1,7 +1,7 @@
 #include "DirectoryScan.h"
 
-#include "settings/DirectoryListing.h"
-#include "settings/SearchPath.h"
+#include "base/DirectoryListing.h"
+#include "base/SearchPath.h"
 
 #include <filesystem>
 #include <set>

@@ -8,7 +8,7 @@
 #include "playlist/files/PlaylistLoader.h"
 #include "playlist/files/PlaylistWriter.h"
 #include "playlist/files/RetrievalRule.h"
-#include "settings/DirectoryListing.h"
+#include "base/DirectoryListing.h"
 #include "shell/CommandText.h"
 #include "shell/DirectoryScan.h"
 

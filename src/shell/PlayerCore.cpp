@@ -12,7 +12,7 @@
 #include "plugins/dsp/DspLibraryList.h"
 #include "plugins/dsp/DspPluginsText.h"
 #include "settings/EqualizerRecord.h"
-#include "settings/Locations.h"
+#include "base/Locations.h"
 #include "settings/SettingsStorage.h"
 #include "settings/store/SettingsStore.h"
 

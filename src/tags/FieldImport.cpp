@@ -1,6 +1,6 @@
 #include "tags/FieldImport.h"
 
-#include "settings/Text.h"
+#include "base/Text.h"
 #include "tags/GenreTable.h"
 #include "tags/TaglibText.h"
 

@@ -1,6 +1,6 @@
 #include "tags/FileReplacement.h"
 
-#include "settings/Text.h"
+#include "base/Text.h"
 
 #include <cerrno>
 #include <cstring>

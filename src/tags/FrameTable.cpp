@@ -1,6 +1,6 @@
 #include "tags/FrameTable.h"
 
-#include "settings/Text.h"
+#include "base/Text.h"
 
 namespace verdin {
 namespace {

@@ -1,6 +1,6 @@
 #include "tags/FrameValues.h"
 
-#include "settings/Text.h"
+#include "base/Text.h"
 #include "tags/GenreTable.h"
 
 namespace verdin {

@@ -1,6 +1,6 @@
 #include "tags/TagFileKind.h"
 
-#include "settings/Text.h"
+#include "base/Text.h"
 
 #include <array>
 

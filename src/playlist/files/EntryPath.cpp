@@ -1,7 +1,7 @@
 #include "EntryPath.h"
 
 #include "playlist/PlaylistItem.h"
-#include "settings/Text.h"
+#include "base/Text.h"
 
 #include <algorithm>
 

@@ -1,6 +1,6 @@
 #include "FileLookup.h"
 
-#include "settings/Text.h"
+#include "base/Text.h"
 
 #include <sys/stat.h>
 

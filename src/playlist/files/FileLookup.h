@@ -8,7 +8,7 @@
 // directory is listed at most once per FileLookup, so a playlist full of such entries
 // does not list a directory per entry. Where several names differ only in case, the
 // first in the listing's order (case-insensitive, ties byte-wise) wins.
-#include "settings/DirectoryListing.h"
+#include "base/DirectoryListing.h"
 
 #include <optional>
 #include <string>

@@ -1,6 +1,6 @@
 #include "IniSectionIndex.h"
 
-#include "settings/Text.h"
+#include "base/Text.h"
 
 #include <algorithm>
 #include <charconv>

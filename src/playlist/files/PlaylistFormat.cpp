@@ -1,6 +1,6 @@
 #include "PlaylistFormat.h"
 
-#include "settings/Text.h"
+#include "base/Text.h"
 
 #include <array>
 

@@ -8,7 +8,7 @@
 #include "playlist/files/IniSectionIndex.h"
 #include "playlist/files/M3uReader.h"
 #include "playlist/files/RetrievalRule.h"
-#include "settings/Text.h"
+#include "base/Text.h"
 
 #include <algorithm>
 #include <array>

@@ -1,6 +1,6 @@
 #include "playlist/random/Comparison.h"
 
-#include "settings/Text.h"
+#include "base/Text.h"
 
 #include <array>
 

@@ -1,7 +1,7 @@
 #include "playlist/random/CompiledExpression.h"
 
 #include "playlist/random/ExpressionScan.h"
-#include "settings/Text.h"
+#include "base/Text.h"
 
 namespace verdin {
 

@@ -3,7 +3,7 @@
 #include "playlist/random/Comparison.h"
 #include "playlist/random/ExpressionScan.h"
 #include "playlist/random/ExpressionVariable.h"
-#include "settings/Text.h"
+#include "base/Text.h"
 
 #include <string>
 

@@ -1,7 +1,7 @@
 #include "playlist/random/ExpressionVariable.h"
 
 #include "playlist/TrackRecord.h"
-#include "settings/Text.h"
+#include "base/Text.h"
 #include "tags/FrameTable.h"
 #include "tags/FrameValues.h"
 

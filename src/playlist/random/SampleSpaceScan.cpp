@@ -1,8 +1,8 @@
 #include "playlist/random/SampleSpaceScan.h"
 
-#include "settings/DirectoryListing.h"
-#include "settings/SearchPath.h"
-#include "settings/Text.h"
+#include "base/DirectoryListing.h"
+#include "base/SearchPath.h"
+#include "base/Text.h"
 
 #include <cstdlib>
 #include <memory>

@@ -2,7 +2,7 @@
 
 #include "playlist/Playlist.h"
 #include "playlist/RandomEntry.h"
-#include "settings/Text.h"
+#include "base/Text.h"
 
 namespace verdin {
 namespace {

@@ -1,7 +1,7 @@
 #include "DspPluginsText.h"
 
-#include "settings/SearchPath.h"
-#include "settings/Text.h"
+#include "base/SearchPath.h"
+#include "base/Text.h"
 
 namespace verdin {
 

@@ -1,6 +1,6 @@
 #include "SettingsStore.h"
 
-#include "settings/Locations.h"
+#include "base/Locations.h"
 
 #include <QByteArray>
 #include <QStandardPaths>

@@ -1,7 +1,7 @@
 #include "DBusObjects.h"
 
 #include "playlist/files/PlaylistFormat.h"
-#include "settings/Text.h"
+#include "base/Text.h"
 #include "shell/app/CoreApplication.h"
 #include "shell/app/DBusInterfaces.h"
 

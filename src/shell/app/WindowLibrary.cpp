@@ -1,6 +1,6 @@
 #include "WindowLibrary.h"
 
-#include "settings/Locations.h"
+#include "base/Locations.h"
 
 #include <dlfcn.h>
 #include <string>

@@ -2,7 +2,7 @@
 // the side signal, the voice remover cancels what is centred and keeps what is panned,
 // the compressor turns a loud tone down and leaves a quiet one alone.
 #include "plugins/dsp/DspHost.h"
-#include "settings/SearchPath.h"
+#include "base/SearchPath.h"
 
 #include <gtest/gtest.h>
 

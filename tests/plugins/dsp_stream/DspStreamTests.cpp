@@ -4,7 +4,7 @@
 #include "engine/input/InputModuleList.h"
 #include "engine/stream/Stream.h"
 #include "plugins/dsp/DspHost.h"
-#include "settings/SearchPath.h"
+#include "base/SearchPath.h"
 
 #include "PcmFixtures.h"
 #include "TempDir.h"

@@ -1,6 +1,6 @@
 #include "AddCommands.h"
 
-#include "settings/DirectoryListing.h"
+#include "base/DirectoryListing.h"
 #include "settings/store/SettingsStore.h"
 #include "shell/DirectoryScan.h"
 #include "shell/PlayerCore.h"

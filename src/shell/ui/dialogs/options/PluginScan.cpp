@@ -1,8 +1,8 @@
 #include "shell/ui/dialogs/options/PluginScan.h"
 
 #include "plugins/library/PluginLibrary.h"
-#include "settings/DirectoryListing.h"
-#include "settings/SearchPath.h"
+#include "base/DirectoryListing.h"
+#include "base/SearchPath.h"
 
 #include <verdin/gen.h>
 #include <verdin/vis.h>

@@ -1,5 +1,5 @@
-#include "settings/DirectoryListing.h"
-#include "settings/Text.h"
+#include "base/DirectoryListing.h"
+#include "base/Text.h"
 
 #include "Files.h"
 #include "TempDir.h"

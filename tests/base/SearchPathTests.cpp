@@ -1,4 +1,4 @@
-#include "settings/SearchPath.h"
+#include "base/SearchPath.h"
 
 #include <gtest/gtest.h>
 
