@@ -156,14 +156,13 @@ void Report(benchmark::State& state, double blockedMs, double stallMs, double to
 // The peer: the same files added with their information read on the spot.
 double SynchronousAddMs() {
     auto app = StartWindow();
-    PlayerCore& core = app->Core();
-    core.SetDeferredRetrieval(false);
+    Player& player = app->GetPlayer();
+    player.SetDeferredRetrieval(false);
     QElapsedTimer clock;
     clock.start();
-    core.AddPaths(TheHome().files, -1);
-    core.CommitAdditions(true);
+    player.AddPaths(TheHome().files, -1);
     const double ms = static_cast<double>(clock.elapsed());
-    if (!AllRetrieved(core.MainPlaylist())) std::fprintf(stderr, "peer: not every track was read\n");
+    if (!AllRetrieved(player.List())) std::fprintf(stderr, "peer: not every track was read\n");
     return ms;
 }
 
@@ -184,7 +183,7 @@ void AddTenThousand(benchmark::State& state, bool open) {
             QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents, 5);
         const double totalMs = static_cast<double>(clock.elapsed());
         state.SetIterationTime(totalMs / 1000);
-        if (!AllRetrieved(app->Core().MainPlaylist()) || app->Core().MainPlaylist().RowCount() != kFiles)
+        if (!AllRetrieved(app->GetPlayer().List()) || app->GetPlayer().List().RowCount() != kFiles)
             state.SkipWithError("not every track was added and read");
         Report(state, blockedMs, std::max(meter.LongestMs(), blockedMs), totalMs, peerMs);
     }
@@ -213,15 +212,15 @@ double PaintPagesMs(PlaylistView& view) {
 void BM_Scroll(benchmark::State& state) {
     for (auto _ : state) {
         auto app = StartWindow();
-        PlayerCore& core = app->Core();
-        core.SetDeferredRetrieval(false);
-        core.AddPaths(TheHome().files, -1);
-        PlaylistModel model(core);
+        Player& player = app->GetPlayer();
+        player.SetDeferredRetrieval(false);
+        player.AddPaths(TheHome().files, -1);
+        PlaylistModel model(player);
         PlaylistView ours;
         ours.setModel(&model);
-        QStandardItemModel standard(core.MainPlaylist().RowCount(), kPlaylistColumns);
-        for (int row = 0; row < core.MainPlaylist().RowCount(); ++row) {
-            const RowCells cells = core.CellsOfRow(row);
+        QStandardItemModel standard(player.List().RowCount(), kPlaylistColumns);
+        for (int row = 0; row < player.List().RowCount(); ++row) {
+            const RowCells cells = player.CellsOfRow(row);
             for (int column = 0; column < kPlaylistColumns; ++column)
                 standard.setItem(row, column, new QStandardItem(QString::fromStdString(cells[static_cast<size_t>(column)])));
         }
@@ -240,10 +239,11 @@ void BM_Scroll(benchmark::State& state) {
 void BM_Change(benchmark::State& state) {
     for (auto _ : state) {
         auto app = StartWindow();
-        PlayerCore& core = app->Core();
-        Playlist& main = core.MainPlaylist();
-        for (int i = 0; i < 100000; ++i) main.AppendItem(std::make_unique<TrackItem>("/music/t" + std::to_string(i) + ".wav"));
-        PlaylistModel model(core);
+        Player& player = app->GetPlayer();
+        const Playlist& main = player.List();
+        // 100,000 rows: the files ten times over, added without reading them.
+        for (int i = 0; i < 10; ++i) player.AddPaths(TheHome().files, -1);
+        PlaylistModel model(player);
         PlaylistView ours;
         ours.setModel(&model);
         QStandardItemModel standard;
@@ -257,7 +257,7 @@ void BM_Change(benchmark::State& state) {
             standard.clear();
             const int rows = main.RowCount();
             for (int row = 0; row < rows; ++row) {
-                const RowCells cells = core.CellsOfRow(row);
+                const RowCells cells = player.CellsOfRow(row);
                 QList<QStandardItem*> line;
                 for (const std::string& cell : cells) line.push_back(new QStandardItem(QString::fromStdString(cell)));
                 standard.appendRow(line);
@@ -269,7 +269,7 @@ void BM_Change(benchmark::State& state) {
         QElapsedTimer clock;
         double oursMs = 0, peerMs = 0;
         for (int round = 0; round < kRounds; ++round) {
-            main.AppendItem(std::make_unique<TrackItem>("/music/more" + std::to_string(round) + ".wav"));
+            player.AddPaths({TheHome().files[static_cast<size_t>(round)]}, -1);
             clock.start();
             model.Resync();
             ours.viewport()->repaint();

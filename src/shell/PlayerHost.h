@@ -18,13 +18,9 @@ public:
     virtual bool AskYesNo(std::string_view text, MessageIcon icon) = 0;
     // The progress tick (100 ms) and the display tick (10 ms) start or stop.
     virtual void SetTimersRunning(bool running) = 0;
-    // Title, status, position and the rest should be drawn again; listChanged when rows
-    // were added, removed or changed.
-    virtual void Refresh(bool listChanged) = 0;
-    // Drawing right now (the sample space build blocks the thread; its status must show).
+    // What was announced is drawn right now: the thread blocks next (building the sample
+    // space), and its status must show meanwhile.
     virtual void RefreshNow() = 0;
-    // The position bars get a new range (seconds) and page step, position 0.
-    virtual void SetPositionRange(int maximum, int page) = 0;
     // A command needs a window and there is none (headless): say so.
     virtual void WindowCommandUnavailable(std::string_view command) = 0;
     // Asks the application to quit (after the quit confirmation).

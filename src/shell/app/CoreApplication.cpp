@@ -43,6 +43,7 @@ CoreApplication::CoreApplication(RunOptions options, QObject* parent)
     const SettingsEnvironment environment = CurrentSettingsEnvironment();
     LoadUserSettings(settings_, environment);
     core_ = std::make_unique<PlayerCore>(settings_, environment, *this);
+    core_->Face().Listen([this](unsigned) { ShowProgressLine(); });
     ApplyProcessPriorityClass(settings_.processPriorityClass);
 
     progressTimer_.setObjectName(QStringLiteral("117"));
@@ -73,7 +74,7 @@ void CoreApplication::EnsureStarted() {
 void CoreApplication::StartUp(void* mainWindow) {
     core_->LoadPlugins(mainWindow);
     core_->StartUp(options_.commandText);
-    if (options_.quitAfterPlay && !core_->Playing() && !options_.commandText.empty()) {
+    if (options_.quitAfterPlay && !core_->Face().Playing() && !options_.commandText.empty()) {
         // The command line asked for something to play and nothing plays (nothing to
         // play, or it could not start): the run is over. Without a command line the
         // player waits for commands and ends when what they start has played.
@@ -116,7 +117,7 @@ void CoreApplication::Quit() {
 
 void CoreApplication::QuitNow() { Quit(); }
 
-bool CoreApplication::DispatchCommand(uint32_t id) { return core_->ExecuteCommand(id); }
+bool CoreApplication::DispatchCommand(uint32_t id) { return core_->Face().Execute(id); }
 
 void CoreApplication::WatchSignals() {
     auto* watcher = new SignalWatcher(this);
@@ -124,9 +125,9 @@ void CoreApplication::WatchSignals() {
 }
 
 void CoreApplication::ProgressTick() {
-    if (core_->Playing()) playedSomething_ = true;
+    if (core_->Face().Playing()) playedSomething_ = true;
     core_->ProgressTick();
-    if (options_.quitAfterPlay && playedSomething_ && !core_->Playing()) QuitNow();
+    if (options_.quitAfterPlay && playedSomething_ && !core_->Face().Playing()) QuitNow();
 }
 
 void CoreApplication::ShowMessage(std::string_view text, MessageIcon) {
@@ -152,14 +153,7 @@ void CoreApplication::SetTimersRunning(bool running) {
     }
 }
 
-void CoreApplication::Refresh(bool listChanged) {
-    ShowProgressLine();
-    emit Refreshed(listChanged);
-}
-
-void CoreApplication::RefreshNow() { Refresh(false); }
-
-void CoreApplication::SetPositionRange(int, int) {}
+void CoreApplication::RefreshNow() {}
 
 void CoreApplication::WindowCommandUnavailable(std::string_view command) {
     std::string name(command);
@@ -172,7 +166,7 @@ void CoreApplication::WindowCommandUnavailable(std::string_view command) {
 // On a terminal the headless player keeps one line up to date: the status line.
 void CoreApplication::ShowProgressLine() {
     if (!terminal_ || !core_ || !core_->StartupDone()) return;
-    const std::string line = core_->StatusText();
+    const std::string line = core_->Face().StatusText();
     if (line == lastProgressLine_) return;
     lastProgressLine_ = line;
     std::fprintf(stdout, "\r%s\x1b[K", line.c_str());

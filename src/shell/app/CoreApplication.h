@@ -44,8 +44,8 @@ public:
     // Runs the event loop until the player's own quit; returns the process exit code.
     int Run();
 
-    PlayerCore& Core() { return *core_; }
-    Settings& GetSettings() { return settings_; }
+    // The player's facade, for the faces.
+    Player& GetPlayer() { return core_->Face(); }
     const RunOptions& Options() const { return options_; }
     bool StartupDone() const { return core_ && core_->StartupDone(); }
 
@@ -53,9 +53,7 @@ public:
     void ShowMessage(std::string_view text, MessageIcon icon) override;
     bool AskYesNo(std::string_view text, MessageIcon icon) override;
     void SetTimersRunning(bool running) override;
-    void Refresh(bool listChanged) override;
     void RefreshNow() override;
-    void SetPositionRange(int maximum, int page) override;
     void WindowCommandUnavailable(std::string_view command) override;
     void Quit() override;
 
@@ -64,9 +62,6 @@ public:
     // Runs a command-table identifier as a menu, key or plug-in would. The window library
     // handles the window commands first.
     virtual bool DispatchCommand(uint32_t id);
-
-signals:
-    void Refreshed(bool listChanged);
 
 protected:
     void ProgressTick();

@@ -30,7 +30,7 @@ SystemObject::SystemObject(CoreApplication& application, QObject* parent)
 
 void SystemObject::Execute(const QString& text) {
     application_.EnsureStarted();
-    application_.Core().ExecuteCommandText(text.toStdString());
+    application_.GetPlayer().ExecuteCommandText(text.toStdString());
 }
 
 PlayerObject::PlayerObject(CoreApplication& application, QObject* parent)
@@ -43,15 +43,15 @@ bool PlayerObject::Command(uint id) {
 
 RowReplies PlayerObject::Rows() {
     application_.EnsureStarted();
-    PlayerCore& core = application_.Core();
+    const Player& player = application_.GetPlayer();
     RowReplies rows;
-    const int count = core.MainPlaylist().RowCount();
+    const int count = player.List().RowCount();
     rows.reserve(count);
     for (int row = 0; row < count; ++row) {
         RowReply reply;
         reply.row = row;
-        reply.kind = static_cast<int>(core.MainPlaylist().ItemAtRow(row).item->Kind());
-        for (const std::string& cell : core.CellsOfRow(row)) reply.cells << QString::fromStdString(cell);
+        reply.kind = static_cast<int>(player.List().ItemAtRow(row).item->Kind());
+        for (const std::string& cell : player.CellsOfRow(row)) reply.cells << QString::fromStdString(cell);
         rows << reply;
     }
     return rows;
@@ -59,27 +59,27 @@ RowReplies PlayerObject::Rows() {
 
 int PlayerObject::CurrentRow() {
     application_.EnsureStarted();
-    return application_.Core().CurrentRow();
+    return application_.GetPlayer().CurrentRow();
 }
 
 void PlayerObject::PlayRow(int row) {
     application_.EnsureStarted();
-    application_.Core().PlayRow(row);
+    application_.GetPlayer().PlayRow(row);
 }
 
 QString PlayerObject::Status() {
     application_.EnsureStarted();
-    return QString::fromStdString(application_.Core().StatusText());
+    return QString::fromStdString(application_.GetPlayer().StatusText());
 }
 
 QString PlayerObject::Caption() {
     application_.EnsureStarted();
-    return QString::fromStdString(application_.Core().Caption());
+    return QString::fromStdString(application_.GetPlayer().Caption());
 }
 
 QString PlayerObject::PlayerStatus() {
     application_.EnsureStarted();
-    switch (application_.Core().Status()) {
+    switch (application_.GetPlayer().Status()) {
         case verdin::PlayerStatus::Playing: return QStringLiteral("playing");
         case verdin::PlayerStatus::Paused: return QStringLiteral("paused");
         default: return QStringLiteral("stopped");
@@ -88,7 +88,7 @@ QString PlayerObject::PlayerStatus() {
 
 uint PlayerObject::Position() {
     application_.EnsureStarted();
-    return application_.Core().PositionMs();
+    return application_.GetPlayer().PositionMs();
 }
 
 void PlayerObject::SavePlaylist(const QString& path) {
@@ -98,7 +98,7 @@ void PlayerObject::SavePlaylist(const QString& path) {
     PlaylistFormat format = PlaylistFormat::kVdp;
     if (EqualsIgnoreCase(extension, ".m3u")) format = PlaylistFormat::kM3u;
     else if (EqualsIgnoreCase(extension, ".pls")) format = PlaylistFormat::kPls;
-    if (!application_.Core().SaveMainPlaylistAs(name, static_cast<int>(format)))
+    if (!application_.GetPlayer().SavePlaylist(-1, name, static_cast<int>(format)))
         sendErrorReply(QStringLiteral("org.brimfell.Verdin.Error.SaveFailed"), QStringLiteral("Unable to save playlist"));
 }
 

@@ -54,7 +54,7 @@ bool ValidOrder(const std::array<int32_t, 8>& order) {
 
 MainWindow::MainWindow(WindowApplication& application)
     : application_(application),
-      core_(application.Core()),
+      player_(application.GetPlayer()),
       commands_(std::make_unique<WindowCommands>(*this)),
       bands_(*this) {
     setObjectName(QStringLiteral("Verdin - Main Window"));
@@ -64,7 +64,7 @@ MainWindow::MainWindow(WindowApplication& application)
     setWindowIcon(TrackRowIcon(*this));
     // Tracks come in without their information; the retrieval below reads it off the
     // user-interface thread.
-    core_.SetDeferredRetrieval(true);
+    player_.SetDeferredRetrieval(true);
 
     menus_ = BuildMenus(this, [this](uint32_t id) { Dispatch(id); });
     BuildBands();
@@ -73,11 +73,7 @@ MainWindow::MainWindow(WindowApplication& application)
     decoy_->setObjectName(QStringLiteral("Verdin - Visualization Plug-in Decoy"));
     decoy_->hide();
 
-    retrieval_ = new InformationRetrieval(core_, this);
-    connect(retrieval_, &InformationRetrieval::RowsRetrieved, this, [this] {
-        model_->TextsChanged();
-        UpdateSummaries(true);
-    });
+    retrieval_ = new InformationRetrieval(player_, this);
     connect(retrieval_, &InformationRetrieval::Progress, this, [this](size_t done, size_t total) {
         progress_->setVisible(total > 0);
         if (total == 0) return;
@@ -87,24 +83,25 @@ MainWindow::MainWindow(WindowApplication& application)
     InstallAccelerators(*this, [this](Action action) { Run(action); });
     colours_ = MakeScopeColours(palette());
 
-    const WindowPlacement& placement = core_.GetSettings().mainWindowPlacement;
+    const WindowPlacement& placement = player_.GetSettings().mainWindowPlacement;
     if (placement.length != 0 && placement.right > placement.left && placement.bottom > placement.top)
         setGeometry(placement.left, placement.top, placement.right - placement.left, placement.bottom - placement.top);
     else
         resize(780, 520);
     ApplySettings(true);
     view_->setFocus();
+    listener_ = player_.Listen([this](unsigned changes) { RefreshDisplays(changes); });
 }
 
-MainWindow::~MainWindow() = default;
+MainWindow::~MainWindow() { player_.StopListening(listener_); }
 
 // The bands. Button identifiers are the command table's; 0 is a separator.
 void MainWindow::BuildBands() {
     AddButtonBand(kTransportBand, QStringLiteral("Transport"), {104, 106, 107, 108, 110, 0, 114, 119});
     AddButtonBand(kWindowBand, QStringLiteral("Window"), {112, 113, 121, 0, 118, 128, 131, 0, 122, 125, 124});
-    position_ = new PositionControl(core_);
+    position_ = new PositionControl(player_);
     AddWidgetBand(kPositionBand, QStringLiteral("Position"), position_);
-    volume_ = new VolumeControl(core_);
+    volume_ = new VolumeControl(player_);
     AddWidgetBand(kVolumeBand, QStringLiteral("Volume"), volume_);
     status_ = new StatusWindow;
     AddWidgetBand(kStatusBand, QStringLiteral("Status"), status_);
@@ -115,7 +112,7 @@ void MainWindow::BuildBands() {
     oscilloscope_->SetPainter([this](ScopePixels& pixels) { PaintOscilloscope(pixels); });
     AddWidgetBand(kOscilloscopeBand, QStringLiteral("Oscilloscope"), oscilloscope_);
     connect(position_, &PositionControl::StatusChanged, this,
-            [this] { status_->SetText(QString::fromStdString(core_.StatusText())); });
+            [this] { status_->SetText(QString::fromStdString(player_.StatusText())); });
 }
 
 ToolBand* MainWindow::AddButtonBand(int32_t id, const QString& title, std::initializer_list<uint32_t> buttons) {
@@ -176,7 +173,7 @@ QWidget* MainWindow::BuildPlaylistContainer() {
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(0);
 
-    model_ = new PlaylistModel(core_, this);
+    model_ = new PlaylistModel(player_, this);
     model_->SetIcons(PlaylistRowIcon(*this), TrackRowIcon(*this));
     view_ = new PlaylistView(container_);
     view_->setModel(model_);
@@ -199,15 +196,11 @@ QWidget* MainWindow::BuildPlaylistContainer() {
 
     connect(view_->selectionModel(), &QItemSelectionModel::selectionChanged, this, [this] { UpdateSummaries(false); });
     connect(view_, &PlaylistView::PlaySelectedRequested, this, [this] { Run(Action::kPlaySelected); });
-    connect(view_, &PlaylistView::PlayRowRequested, this, [this](int row) { core_.PlayRow(row); });
+    connect(view_, &PlaylistView::PlayRowRequested, this, [this](int row) { player_.PlayRow(row); });
     connect(view_, &PlaylistView::ContextMenuRequested, this, &MainWindow::ShowContextMenu);
     connect(view_, &PlaylistView::FilesDropped, this, &MainWindow::DropUrls);
-    connect(model_, &PlaylistModel::MoveRequested, this, [this](const std::vector<int>& rows, int beforeRow) {
-        commands_->MoveRows(rows, beforeRow);
-    });
-    QHeaderView* header = view_->header();
-    connect(header, &QHeaderView::sectionMoved, this, [this] { StoreHeader(); });
-    connect(header, &QHeaderView::sectionResized, this, [this] { StoreHeader(); });
+    connect(model_, &PlaylistModel::MoveRequested, this,
+            [this](const std::vector<int>& rows, int beforeRow) { player_.MoveRows(rows, beforeRow); });
     return container_;
 }
 
@@ -218,9 +211,9 @@ bool MainWindow::Dispatch(uint32_t id) {
 
 bool MainWindow::Run(Action action) {
     const CommandContext context = Context();
-    core_.ClearReplacedByShell();
+    player_.ClearReplacedByShell();
     if (commands_->Run(action, context)) return true;
-    return core_.ExecuteAction(action, context);
+    return player_.Execute(action, context);
 }
 
 CommandContext MainWindow::Context() const {
@@ -230,27 +223,32 @@ CommandContext MainWindow::Context() const {
     return context;
 }
 
-void MainWindow::RefreshDisplays(bool listChanged) {
-    if (listChanged) {
+void MainWindow::RefreshDisplays(unsigned changes) {
+    if (changes & kRowsChanged) {
         model_->Resync();
-        retrieval_->ListChanged();
-        std::vector<PlayerCore::DeferredTrack> taken = core_.TakeDeferredTracks();
+        std::vector<DeferredTrack> taken = player_.TakeDeferredTracks();
         deferred_.insert(deferred_.end(), std::make_move_iterator(taken.begin()), std::make_move_iterator(taken.end()));
         if (!deferred_.empty() && (!Adding().Busy() || deferred_.size() >= kRetrievalBatch))
             retrieval_->Enqueue(std::exchange(deferred_, {}));
-        UpdateSummaries(true);
     } else {
+        // The settings hold the templates the row texts are made with.
+        if (changes & (kTextsChanged | kSettingsChanged)) model_->TextsChanged();
         model_->CurrentRowMoved();
     }
-    const QString caption = QString::fromStdString(core_.Caption());
+    if (changes & (kRowsChanged | kTextsChanged | kSettingsChanged)) UpdateSummaries(true);
+    if (changes & kTrackChanged) {
+        const auto [maximum, page] = player_.PositionRange();
+        position_->SetRange(maximum, page);
+    }
+    const QString caption = QString::fromStdString(player_.Caption());
     if (windowTitle() != caption) setWindowTitle(caption);
-    status_->SetText(QString::fromStdString(core_.StatusText()));
+    status_->SetText(QString::fromStdString(player_.StatusText()));
     position_->Refresh();
     volume_->Refresh();
     ApplySettings(false);
     UpdateCheckMarks();
     CheckVolumeSupport();
-    if (!core_.CurrentStream() && drawnStream_) {
+    if (!player_.CurrentStream() && drawnStream_) {
         // Playback ended: the pictures go empty.
         drawnStream_ = nullptr;
         analyzer_->update();
@@ -258,10 +256,8 @@ void MainWindow::RefreshDisplays(bool listChanged) {
     }
 }
 
-void MainWindow::SetPositionRange(int maximum, int page) { position_->SetRange(maximum, page); }
-
 void MainWindow::ApplySettings(bool force) {
-    Settings& settings = core_.GetSettings();
+    const Settings& settings = player_.GetSettings();
     bool bandsChanged = false;
     if (force || settings.rebarBandArray != applied_.bands) {
         bands_.Apply(settings.rebarBandArray);
@@ -317,9 +313,8 @@ void MainWindow::UpdateHeightRule(bool bandsChanged) {
 }
 
 void MainWindow::ApplyHeader() {
-    Settings& settings = core_.GetSettings();
+    const Settings& settings = player_.GetSettings();
     QHeaderView* header = view_->header();
-    applyingHeader_ = true;
     for (int column = 0; column < kPlaylistColumns; ++column) {
         const int32_t width = settings.playlistHeaderWidth[static_cast<size_t>(column)];
         if (width > 0) header->resizeSection(column, width);
@@ -327,32 +322,14 @@ void MainWindow::ApplyHeader() {
     if (ValidOrder(settings.playlistHeaderOrder))
         for (int position = 0; position < kPlaylistColumns; ++position)
             header->moveSection(header->visualIndex(settings.playlistHeaderOrder[static_cast<size_t>(position)]), position);
-    applyingHeader_ = false;
-    applied_.headerOrder = settings.playlistHeaderOrder;
-    applied_.headerWidth = settings.playlistHeaderWidth;
-}
-
-void MainWindow::StoreHeader() {
-    if (applyingHeader_) return;
-    Settings& settings = core_.GetSettings();
-    const QHeaderView* header = view_->header();
-    for (int i = 0; i < kPlaylistColumns; ++i) {
-        settings.playlistHeaderOrder[static_cast<size_t>(i)] = header->logicalIndex(i);
-        settings.playlistHeaderWidth[static_cast<size_t>(i)] = header->sectionSize(i);
-    }
     applied_.headerOrder = settings.playlistHeaderOrder;
     applied_.headerWidth = settings.playlistHeaderWidth;
 }
 
 void MainWindow::StoreLayout() {
-    StoreHeader();
-    Settings& settings = core_.GetSettings();
     // The bands as they are now, even if a move has not been laid out yet.
     layout()->activate();
     bands_.FitLines(width());
-    settings.rebarBandArray = bands_.Read(applied_.bands);
-    applied_.bands = settings.rebarBandArray;
-
     QRect normal = normalGeometry();
     if (!normal.isValid()) normal = geometry();
     // Placed with the height it has while the playlist shows.
@@ -365,17 +342,29 @@ void MainWindow::StoreLayout() {
     placement.top = normal.top();
     placement.right = normal.left() + normal.width();
     placement.bottom = normal.top() + normal.height();
-    settings.mainWindowPlacement = placement;
+    const QHeaderView* header = view_->header();
+    player_.ChangeSettings([&](Settings& settings) {
+        for (int i = 0; i < kPlaylistColumns; ++i) {
+            settings.playlistHeaderOrder[static_cast<size_t>(i)] = header->logicalIndex(i);
+            settings.playlistHeaderWidth[static_cast<size_t>(i)] = header->sectionSize(i);
+        }
+        settings.rebarBandArray = bands_.Read(applied_.bands);
+        settings.mainWindowPlacement = placement;
+    });
+    const Settings& stored = player_.GetSettings();
+    applied_.headerOrder = stored.playlistHeaderOrder;
+    applied_.headerWidth = stored.playlistHeaderWidth;
+    applied_.bands = stored.rebarBandArray;
 }
 
 void MainWindow::UpdateSummaries(bool list) {
-    const Playlist& main = core_.MainPlaylist();
+    const Playlist& main = player_.List();
     if (list) listSummary_->setText(QString::fromStdString(ListSummary(main)));
     selectionSummary_->setText(QString::fromStdString(SelectionSummary(main, view_->SelectedRows())));
 }
 
 void MainWindow::UpdateCheckMarks() {
-    const Settings& settings = core_.GetSettings();
+    const Settings& settings = player_.GetSettings();
     auto state = [&settings](uint32_t id) {
         switch (FindCommand(id)->action) {
             case Action::kToggleLoop: return settings.loopMode != 0;
@@ -392,7 +381,7 @@ void MainWindow::UpdateCheckMarks() {
 }
 
 void MainWindow::CheckVolumeSupport() {
-    const Stream* stream = core_.CurrentStream();
+    const Stream* stream = player_.CurrentStream();
     if (!stream) return;
     const bool supported = stream->CanSetVolume();
     if (supported == volumeEnabled_) return;
@@ -405,7 +394,7 @@ void MainWindow::CheckVolumeSupport() {
 }
 
 void MainWindow::ShowContextMenu(int row, const QPoint& globalPosition) {
-    const RowRef ref = core_.MainPlaylist().ItemAtRow(row);
+    const RowRef ref = player_.List().ItemAtRow(row);
     QMenu* menu = menus_.generalContext;
     if (ref) {
         switch (ref.item->Kind()) {
@@ -418,14 +407,14 @@ void MainWindow::ShowContextMenu(int row, const QPoint& globalPosition) {
 }
 
 void MainWindow::DisplayTick() {
-    Stream* stream = core_.CurrentStream();
+    const Stream* stream = player_.CurrentStream();
     if (stream != drawnStream_) {
         // A new track: its pictures start from nothing.
         drawnStream_ = stream;
         history_.Clear();
         cadence_.TrackStarted();
     }
-    const Settings& settings = core_.GetSettings();
+    const Settings& settings = player_.GetSettings();
     const bool analyzerShown = settings.frequencyAnalyzer != 0;
     const bool oscilloscopeShown = settings.oscilloscope != 0;
     if (!stream) {
@@ -435,23 +424,23 @@ void MainWindow::DisplayTick() {
     }
     const ScopeCadence::Tick tick = cadence_.Advance(analyzerShown);
     if (!tick.redraw || settings.minimized || settings.miniWindowMode || isMinimized()) return;
-    if ((analyzerShown && tick.computeSpectrum) || oscilloscopeShown) stream->TakeAnalyzerSnapshot();
+    if ((analyzerShown && tick.computeSpectrum) || oscilloscopeShown) player_.TakeAnalyzerSnapshot();
     if (analyzerShown) analyzer_->update();
     if (oscilloscopeShown) oscilloscope_->update();
 }
 
 void MainWindow::PaintAnalyzer(ScopePixels& pixels) {
-    const Stream* stream = core_.CurrentStream();
+    const Stream* stream = player_.CurrentStream();
     SpectrumSource spectrum;
-    if (stream && core_.GetSettings().frequencyAnalyzer)
+    if (stream && player_.GetSettings().frequencyAnalyzer)
         spectrum = [stream](int channel, int bin) { return stream->GetAnalyzerValue(channel, bin); };
     verdin::PaintAnalyzer(pixels, colours_, history_, spectrum);
 }
 
 void MainWindow::PaintOscilloscope(ScopePixels& pixels) {
-    const Stream* stream = core_.CurrentStream();
+    const Stream* stream = player_.CurrentStream();
     WaveformSource waveform;
-    if (stream && core_.GetSettings().oscilloscope)
+    if (stream && player_.GetSettings().oscilloscope)
         waveform = [stream](int channel, int index) { return stream->GetWaveformValue(channel, index); };
     verdin::PaintOscilloscope(pixels, colours_, stream ? static_cast<int>(stream->Info().sampleRate) : 0, waveform);
 }

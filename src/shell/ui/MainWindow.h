@@ -1,11 +1,11 @@
 #pragma once
 // The main window, "Verdin - Main Window": the tool bands (toolbars, status window,
 // position and volume bars, analyzer and oscilloscope), the playlist container with the
-// playlist view and its summary line, the menus and the accelerator table. It is a face on
-// the player core: every command goes through the command table, and what the window
-// shows is read from the core on each refresh.
+// playlist view and its summary line, the menus and the accelerator table. It is a face of
+// the player: every command goes through the command table, and what the window shows is
+// read from the player's views whenever the player announces a change.
 #include "shell/CommandTable.h"
-#include "shell/PlayerCore.h"
+#include "shell/Player.h"
 #include "shell/ui/analyzer/ScopeDrawing.h"
 #include "shell/ui/window/Menus.h"
 #include "shell/ui/window/ToolBands.h"
@@ -47,11 +47,10 @@ public:
     explicit MainWindow(WindowApplication& application);
     ~MainWindow() override;
 
-    // Title, status, position, volume and check marks from the core; with listChanged
-    // also the playlist view's rows and the summary line.
-    void RefreshDisplays(bool listChanged);
-    // The position bar's range (seconds) and page for a new track; the thumb to 0.
-    void SetPositionRange(int maximum, int page);
+    // Title, status, position, volume and check marks from the player; as the changes
+    // (PlayerChange bits) say, also the playlist view's rows, texts and current row, and
+    // the position bar's range for a new track.
+    void RefreshDisplays(unsigned changes);
     // The 10 ms display tick: analyzer and oscilloscope.
     void DisplayTick();
     // Runs a command-table identifier from a menu, key, button, plug-in or script.
@@ -66,7 +65,7 @@ public:
     // Open, add, insert and drop.
     AddCommands& Adding();
 
-    PlayerCore& Core() { return core_; }
+    Player& GetPlayer() { return player_; }
     WindowApplication& Application() { return application_; }
     PlaylistView& View() { return *view_; }
     PlaylistModel& Model() { return *model_; }
@@ -102,7 +101,6 @@ private:
     void ApplySettings(bool force);
     void ApplyPlaylistShown(bool shown);
     void ApplyHeader();
-    void StoreHeader();
     void UpdateHeightRule(bool bandsChanged);
     void UpdateSummaries(bool list);
     void UpdateCheckMarks();
@@ -112,7 +110,8 @@ private:
     void PaintOscilloscope(ScopePixels& pixels);
 
     WindowApplication& application_;
-    PlayerCore& core_;
+    Player& player_;
+    int listener_ = 0;
     std::unique_ptr<WindowCommands> commands_;
     ToolBands bands_;
     MainMenus menus_;
@@ -133,7 +132,7 @@ private:
     std::vector<std::pair<uint32_t, QAction*>> checkButtons_;
     // Tracks added without their information, held back while an addition is still
     // going in, so that they are read in a few large jobs rather than many small ones.
-    std::vector<PlayerCore::DeferredTrack> deferred_;
+    std::vector<DeferredTrack> deferred_;
 
     // What the window last applied from the settings.
     struct Applied {
@@ -143,13 +142,14 @@ private:
         int32_t oscilloscope = -1;
         int32_t alwaysOnTop = -1;
         BandArray bands{};
+        // The header as the settings held it when last applied or stored; the user's
+        // changes to the header go into the settings when the layout is stored.
         std::array<int32_t, 8> headerOrder{};
         std::array<int32_t, 8> headerWidth{};
     } applied_;
     int shownHeight_ = 0;       // the window's height before the playlist was hidden
     bool volumeEnabled_ = true;
     bool volumeWarningShown_ = false;
-    bool applyingHeader_ = false;
 
     // Analyzer and oscilloscope.
     ScopeColours colours_;

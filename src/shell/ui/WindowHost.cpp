@@ -1,24 +1,11 @@
 #include "WindowHost.h"
 
 #include "shell/ui/MainWindow.h"
+#include "shell/ui/MessageBoxes.h"
 
 #include <QApplication>
-#include <QMessageBox>
 
 namespace verdin {
-
-namespace {
-
-QMessageBox::Icon BoxIcon(MessageIcon icon) {
-    switch (icon) {
-        case MessageIcon::kWarning: return QMessageBox::Warning;
-        case MessageIcon::kError: return QMessageBox::Critical;
-        case MessageIcon::kQuestion: return QMessageBox::Question;
-        default: return QMessageBox::Information;
-    }
-}
-
-}  // namespace
 
 WindowApplication::WindowApplication(RunOptions options) : CoreApplication(std::move(options)) {
     hostWindow_.sendMessage = &WindowApplication::SendMessage;
@@ -30,37 +17,21 @@ WindowApplication::~WindowApplication() { TearDownOnce(); }
 void WindowApplication::StartWithWindows() {
     window_ = std::make_unique<MainWindow>(*this);
     StartUp(&hostWindow_);
-    window_->RefreshDisplays(true);
+    window_->RefreshDisplays(~0u);
     window_->show();
 }
 
 QWidget* WindowApplication::DialogOwner() const { return window_.get(); }
 
 void WindowApplication::ShowMessage(std::string_view text, MessageIcon icon) {
-    QMessageBox box(BoxIcon(icon), QStringLiteral("Verdin"), QString::fromStdString(std::string(text)),
-                    QMessageBox::Ok, DialogOwner());
-    box.exec();
+    ShowMessageBox(DialogOwner(), text, icon);
 }
 
 bool WindowApplication::AskYesNo(std::string_view text, MessageIcon icon) {
-    QMessageBox box(BoxIcon(icon), QStringLiteral("Verdin"), QString::fromStdString(std::string(text)),
-                    QMessageBox::Yes | QMessageBox::No, DialogOwner());
-    return box.exec() == QMessageBox::Yes;
+    return AskYesNoBox(DialogOwner(), text, icon);
 }
 
-void WindowApplication::Refresh(bool listChanged) {
-    CoreApplication::Refresh(listChanged);
-    if (window_) window_->RefreshDisplays(listChanged);
-}
-
-void WindowApplication::RefreshNow() {
-    Refresh(false);
-    QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
-}
-
-void WindowApplication::SetPositionRange(int maximum, int page) {
-    if (window_) window_->SetPositionRange(maximum, page);
-}
+void WindowApplication::RefreshNow() { QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents); }
 
 void WindowApplication::WindowCommandUnavailable(std::string_view) {}
 

@@ -30,9 +30,7 @@ public:
     // PlayerHost with windows.
     void ShowMessage(std::string_view text, MessageIcon icon) override;
     bool AskYesNo(std::string_view text, MessageIcon icon) override;
-    void Refresh(bool listChanged) override;
     void RefreshNow() override;
-    void SetPositionRange(int maximum, int page) override;
     void WindowCommandUnavailable(std::string_view command) override;
     bool DispatchCommand(uint32_t id) override;
 

@@ -1,6 +1,6 @@
 #include "shell/CommandTable.h"
 #include "shell/CommandText.h"
-#include "shell/DirectoryScan.h"
+#include "playlist/files/DirectoryScan.h"
 
 #include "Files.h"
 #include "TempDir.h"

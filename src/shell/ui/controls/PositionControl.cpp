@@ -1,6 +1,7 @@
 #include "PositionControl.h"
 
-#include "shell/PlayerCore.h"
+#include "settings/Settings.h"
+#include "shell/Player.h"
 #include "shell/ui/controls/ScrollCodes.h"
 
 #include <QHBoxLayout>
@@ -14,8 +15,8 @@ constexpr int kPageMs = 5000;
 
 }  // namespace
 
-PositionControl::PositionControl(PlayerCore& core, QWidget* parent)
-    : QWidget(parent), core_(core), bar_(new ControlScrollBar(this)) {
+PositionControl::PositionControl(Player& player, QWidget* parent)
+    : QWidget(parent), player_(player), bar_(new ControlScrollBar(this)) {
     setObjectName(QStringLiteral("Verdin - Position Container"));
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
     auto* layout = new QHBoxLayout(this);
@@ -33,37 +34,37 @@ void PositionControl::SetRange(int maximum, int page) {
 }
 
 void PositionControl::Refresh() {
-    if (core_.PositionHold() || bar_->isSliderDown()) return;
-    bar_->SetThumb(core_.Playing() ? static_cast<int>(core_.PositionMs() / 1000) : 0);
+    if (player_.PositionHold() || bar_->isSliderDown()) return;
+    bar_->SetThumb(player_.Playing() ? static_cast<int>(player_.PositionMs() / 1000) : 0);
 }
 
 void PositionControl::OnScrolled(ScrollCode code, int thumb) {
-    core_.ClearReplacedByShell();
+    player_.ClearReplacedByShell();
     switch (code) {
         case ScrollCode::kPageUp:
         case ScrollCode::kPageDown: {
-            if (!core_.Playing()) {
+            if (!player_.Playing()) {
                 bar_->SetThumb(bar_->value());
                 return;
             }
             const int step = code == ScrollCode::kPageUp ? -kPageMs : kPageMs;
-            const int64_t target = std::max<int64_t>(static_cast<int64_t>(core_.PositionMs()) + step, 0);
-            core_.SeekBy(step);
+            const int64_t target = std::max<int64_t>(static_cast<int64_t>(player_.PositionMs()) + step, 0);
+            player_.SeekBy(step);
             bar_->SetThumb(static_cast<int>(target / 1000));
             break;
         }
         case ScrollCode::kThumbTrack:
-            core_.SetPositionHold(true);
-            core_.SetPositionDrag({true, thumb});
+            player_.SetPositionHold(true);
+            player_.SetPositionDrag({true, thumb});
             break;
         case ScrollCode::kEndScroll: {
-            const PositionDrag drag = core_.Drag();
-            if (core_.Playing() && drag.dragging) {
-                core_.SeekTo(static_cast<uint32_t>(std::max<int64_t>(drag.targetSeconds, 0) * 1000));
+            const PositionDrag drag = player_.Drag();
+            if (player_.Playing() && drag.dragging) {
+                player_.SeekTo(static_cast<uint32_t>(std::max<int64_t>(drag.targetSeconds, 0) * 1000));
                 bar_->SetThumb(static_cast<int>(drag.targetSeconds));
             }
-            core_.SetPositionDrag({});
-            core_.SetPositionHold(false);
+            player_.SetPositionDrag({});
+            player_.SetPositionHold(false);
             break;
         }
         case ScrollCode::kOther: return;

@@ -9,13 +9,13 @@
 namespace verdin {
 
 class ControlScrollBar;
-class PlayerCore;
+class Player;
 enum class ScrollCode;
 
 class PositionControl final : public QWidget {
     Q_OBJECT
 public:
-    PositionControl(PlayerCore& core, QWidget* parent = nullptr);
+    PositionControl(Player& player, QWidget* parent = nullptr);
 
     // The range as the core gives it (a scroll bar whose last page starts at the track's
     // end: maximum - page + 1 is the last position), the thumb at 0.
@@ -31,7 +31,7 @@ signals:
 private:
     void OnScrolled(ScrollCode code, int thumb);
 
-    PlayerCore& core_;
+    Player& player_;
     ControlScrollBar* bar_;
 };
 

@@ -1,6 +1,7 @@
 #include "VolumeControl.h"
 
-#include "shell/PlayerCore.h"
+#include "settings/Settings.h"
+#include "shell/Player.h"
 #include "shell/ui/controls/ScrollCodes.h"
 
 #include <QHBoxLayout>
@@ -13,8 +14,8 @@ constexpr int kVolumeStep = 2048;
 
 }  // namespace
 
-VolumeControl::VolumeControl(PlayerCore& core, QWidget* parent)
-    : QWidget(parent), core_(core), bar_(new ControlScrollBar(this)) {
+VolumeControl::VolumeControl(Player& player, QWidget* parent)
+    : QWidget(parent), player_(player), bar_(new ControlScrollBar(this)) {
     setObjectName(QStringLiteral("Verdin - Volume Container"));
     setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
     setMinimumWidth(80);
@@ -31,20 +32,20 @@ void VolumeControl::Refresh() {
     if (!bar_->isSliderDown()) ShowVolume();
 }
 
-void VolumeControl::ShowVolume() { bar_->SetThumb(core_.GetSettings().Volume() / 2); }
+void VolumeControl::ShowVolume() { bar_->SetThumb(player_.GetSettings().Volume() / 2); }
 
 void VolumeControl::OnScrolled(ScrollCode code, int thumb) {
-    core_.ClearReplacedByShell();
+    player_.ClearReplacedByShell();
     switch (code) {
         case ScrollCode::kPageUp:
-            core_.ChangeVolume(-kVolumeStep);
+            player_.ChangeVolume(-kVolumeStep);
             ShowVolume();
             break;
         case ScrollCode::kPageDown:
-            core_.ChangeVolume(kVolumeStep);
+            player_.ChangeVolume(kVolumeStep);
             ShowVolume();
             break;
-        case ScrollCode::kThumbTrack: core_.SetVolumeFromThumb(thumb); break;
+        case ScrollCode::kThumbTrack: player_.SetVolumeFromThumb(thumb); break;
         case ScrollCode::kEndScroll: ShowVolume(); break;
         case ScrollCode::kOther: break;
     }

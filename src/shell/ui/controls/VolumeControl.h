@@ -11,13 +11,13 @@
 namespace verdin {
 
 class ControlScrollBar;
-class PlayerCore;
+class Player;
 enum class ScrollCode;
 
 class VolumeControl final : public QWidget {
     Q_OBJECT
 public:
-    VolumeControl(PlayerCore& core, QWidget* parent = nullptr);
+    VolumeControl(Player& player, QWidget* parent = nullptr);
 
     // The bar to half the volume, unless the user holds the thumb.
     void Refresh();
@@ -27,7 +27,7 @@ private:
     void OnScrolled(ScrollCode code, int thumb);
     void ShowVolume();
 
-    PlayerCore& core_;
+    Player& player_;
     ControlScrollBar* bar_;
 };
 

@@ -1,9 +1,10 @@
 #include "AddCommands.h"
 
 #include "base/DirectoryListing.h"
-#include "settings/store/SettingsStore.h"
-#include "shell/DirectoryScan.h"
-#include "shell/PlayerCore.h"
+#include "engine/input/InputModuleList.h"
+#include "playlist/files/DirectoryScan.h"
+#include "settings/Settings.h"
+#include "shell/Player.h"
 #include "shell/ui/files/DroppedNames.h"
 #include "shell/ui/files/FileDialogs.h"
 #include "shell/ui/files/OpenFilters.h"
@@ -13,20 +14,26 @@
 
 namespace verdin {
 
+void AddCommands::KeepInitialDirectory(const std::string& directory) {
+    if (directory != player_.GetSettings().initialDirectory)
+        player_.ChangeSettings([&](Settings& settings) { settings.initialDirectory = directory; });
+}
+
 void AddCommands::OpenFiles() {
-    std::vector<std::string> files = AskFiles(&owner_, "Open File(s)", OpenFileFilters(core_.Modules().FileTypeFilters()),
-                                              core_.GetSettings().initialDirectory);
+    std::string directory = player_.GetSettings().initialDirectory;
+    std::vector<std::string> files =
+        AskFiles(&owner_, "Open File(s)", OpenFileFilters(player_.Modules().FileTypeFilters()), directory);
     if (files.empty()) return;
-    SaveInitialDirectory();
+    KeepInitialDirectory(directory);
     Open(files);
 }
 
 void AddCommands::OpenDirectory() {
-    const std::optional<std::string> directory =
-        AskDirectory(&owner_, "Select directory to open", core_.GetSettings().initialDirectory);
-    if (!directory) return;
-    SaveInitialDirectory();
-    Open({*directory});
+    std::string directory = player_.GetSettings().initialDirectory;
+    const std::optional<std::string> chosen = AskDirectory(&owner_, "Select directory to open", directory);
+    if (!chosen) return;
+    KeepInitialDirectory(directory);
+    Open({*chosen});
 }
 
 void AddCommands::OpenUrl() {
@@ -35,19 +42,20 @@ void AddCommands::OpenUrl() {
 }
 
 void AddCommands::AddFiles(int atRow) {
-    std::vector<std::string> files = AskFiles(&owner_, "Add File(s)", OpenFileFilters(core_.Modules().FileTypeFilters()),
-                                              core_.GetSettings().initialDirectory);
+    std::string directory = player_.GetSettings().initialDirectory;
+    std::vector<std::string> files =
+        AskFiles(&owner_, "Add File(s)", OpenFileFilters(player_.Modules().FileTypeFilters()), directory);
     if (files.empty()) return;
-    SaveInitialDirectory();
+    KeepInitialDirectory(directory);
     Add(files, atRow);
 }
 
 void AddCommands::AddDirectory(int atRow) {
-    const std::optional<std::string> directory =
-        AskDirectory(&owner_, "Select directory to add", core_.GetSettings().initialDirectory);
-    if (!directory) return;
-    SaveInitialDirectory();
-    Add({*directory}, atRow);
+    std::string directory = player_.GetSettings().initialDirectory;
+    const std::optional<std::string> chosen = AskDirectory(&owner_, "Select directory to add", directory);
+    if (!chosen) return;
+    KeepInitialDirectory(directory);
+    Add({*chosen}, atRow);
 }
 
 void AddCommands::AddUrl(int atRow) {
@@ -56,39 +64,34 @@ void AddCommands::AddUrl(int atRow) {
 }
 
 void AddCommands::SaveMainPlaylistAs() {
-    const std::optional<PlaylistSaveChoice> choice = AskPlaylistFile(&owner_, core_.GetSettings().initialDirectory);
+    std::string directory = player_.GetSettings().initialDirectory;
+    const std::optional<PlaylistSaveChoice> choice = AskPlaylistFile(&owner_, directory);
     if (!choice) return;
-    SaveInitialDirectory();
-    // The core says "Unable to save playlist" when the file cannot be written.
-    core_.SaveMainPlaylistAs(choice->fileName, choice->format);
+    KeepInitialDirectory(directory);
+    // The player says "Unable to save playlist" when the file cannot be written.
+    player_.SavePlaylist(-1, choice->fileName, choice->format);
 }
 
 void AddCommands::Drop(const QList<QUrl>& urls) { DropNames(DroppedNames(urls)); }
 
 void AddCommands::DropNames(const std::vector<std::string>& names) {
-    core_.ClearReplacedByShell();
-    Queue(names, true, -1, core_.MainPlaylist().PlayableCount() == 0, false);
+    player_.ClearReplacedByShell();
+    Queue(names, true, -1, false);
 }
 
 AddCommands::~AddCommands() = default;
 
 void AddCommands::Open(const std::vector<std::string>& paths) {
-    core_.Stop();
-    core_.MainPlaylist().Clear();
-    core_.SetCurrentRow(0);
-    core_.ListChanged();
-    Queue(paths, false, -1, true, true);
+    player_.ClearList();
+    Queue(paths, false, -1, true);
 }
 
-void AddCommands::Add(const std::vector<std::string>& paths, int atRow) {
-    Queue(paths, false, atRow, core_.MainPlaylist().PlayableCount() == 0, false);
-}
+void AddCommands::Add(const std::vector<std::string>& paths, int atRow) { Queue(paths, false, atRow, false); }
 
-void AddCommands::Queue(const std::vector<std::string>& paths, bool dropped, int atRow, bool wasEmpty, bool play) {
+void AddCommands::Queue(const std::vector<std::string>& paths, bool dropped, int atRow, bool play) {
     Addition addition;
     for (const std::string& path : paths) addition.names.push_back({path, dropped});
     addition.atRow = atRow;
-    addition.wasEmpty = wasEmpty;
     addition.play = play;
     pending_.push_back(std::move(addition));
     if (pending_.size() == 1) RunSlice();
@@ -107,25 +110,22 @@ void AddCommands::RunSlice() {
             continue;
         }
         // A directory's files take its place, ahead of the names after it.
-        std::vector<std::string> files = ScanDirectory(path, core_.GetSettings().recursiveAddDirectory != 0,
-                                                       core_.Modules().SupportedExtensions());
+        std::vector<std::string> files = ScanDirectory(path, player_.GetSettings().recursiveAddDirectory != 0,
+                                                       player_.Modules().SupportedExtensions());
         for (auto file = files.rbegin(); file != files.rend(); ++file) addition.names.push_front({*file, false});
     }
     // An insertion goes on before the same entry: after what the earlier slices put there.
-    const int before = core_.MainPlaylist().RowCount();
-    if (!slice.empty()) core_.AddPaths(slice, addition.atRow < 0 ? -1 : addition.atRow + addition.rowsAdded);
-    addition.rowsAdded += core_.MainPlaylist().RowCount() - before;
+    const int before = player_.List().RowCount();
+    if (!slice.empty()) player_.AddPaths(slice, addition.atRow < 0 ? -1 : addition.atRow + addition.rowsAdded);
+    addition.rowsAdded += player_.List().RowCount() - before;
     if (!addition.names.empty()) {
         QTimer::singleShot(0, &sliceContext_, [this] { RunSlice(); });
         return;
     }
-    const Addition done = std::move(addition);
+    const bool play = addition.play;
     pending_.pop_front();
-    core_.CommitAdditions(done.wasEmpty);
-    if (done.play) core_.Play();
+    if (play) player_.Execute(Action::kPlay);
     if (!pending_.empty()) QTimer::singleShot(0, &sliceContext_, [this] { RunSlice(); });
 }
-
-void AddCommands::SaveInitialDirectory() { SaveUserSettings(core_.GetSettings(), core_.Environment()); }
 
 }  // namespace verdin

@@ -2,8 +2,8 @@
 // Open, add and insert: the commands through which tracks enter the main playlist from
 // outside. "Open" replaces the list and plays; "Add" appends; "Insert" (an add issued
 // while the playlist view has the focus) puts the new entries before the view's selected
-// entry. Each ends with the additions committed: the play order rebuilt and, when the
-// list was empty, its first entry made current.
+// entry. The main list keeps its play order and current row as the entries go in; when
+// it was empty, its first entry becomes current.
 //
 // Directories are scanned first; the files then go into the list in slices, one slice
 // per turn of the event loop, so that ten thousand files never hold the window still
@@ -20,14 +20,14 @@ class QWidget;
 
 namespace verdin {
 
-class PlayerCore;
+class Player;
 
 class AddCommands {
 public:
     // Files added per turn of the event loop.
     static constexpr size_t kSlice = 256;
 
-    AddCommands(PlayerCore& core, QWidget& dialogOwner) : core_(core), owner_(dialogOwner) {}
+    AddCommands(Player& player, QWidget& dialogOwner) : player_(player), owner_(dialogOwner) {}
     ~AddCommands();
 
     // Whether names are still waiting to go into the list.
@@ -60,14 +60,15 @@ private:
         std::deque<Name> names;  // what is still to go in; directories are scanned on the way
         int atRow = -1;
         int rowsAdded = 0;
-        bool wasEmpty = false;
         bool play = false;
     };
-    void Queue(const std::vector<std::string>& paths, bool dropped, int atRow, bool wasEmpty, bool play);
+    void Queue(const std::vector<std::string>& paths, bool dropped, int atRow, bool play);
     void RunSlice();
-    void SaveInitialDirectory();
+    // The dialogs start in the settings' initial directory and leave the one the user
+    // chose in `directory`; it is kept in the settings.
+    void KeepInitialDirectory(const std::string& directory);
 
-    PlayerCore& core_;
+    Player& player_;
     QWidget& owner_;
     std::deque<Addition> pending_;
     QObject sliceContext_;  // the next slice's timer dies with the commands

@@ -1,8 +1,7 @@
 #include "InformationRetrieval.h"
 
-#include "playlist/Playlist.h"
-#include "playlist/TrackItem.h"
 #include "playlist/TrackRecord.h"
+#include "settings/Settings.h"
 
 #include <algorithm>
 #include <atomic>
@@ -75,24 +74,24 @@ struct InformationRetrieval::Job {
     }
 };
 
-InformationRetrieval::InformationRetrieval(PlayerCore& core, QObject* parent) : QObject(parent), core_(core) {
+InformationRetrieval::InformationRetrieval(Player& player, QObject* parent) : QObject(parent), player_(player) {
     timer_.setInterval(kApplyIntervalMs);
     connect(&timer_, &QTimer::timeout, this, &InformationRetrieval::ApplyFinished);
 }
 
 InformationRetrieval::~InformationRetrieval() = default;
 
-void InformationRetrieval::Enqueue(std::vector<PlayerCore::DeferredTrack> tracks) {
+void InformationRetrieval::Enqueue(std::vector<DeferredTrack> tracks) {
     if (tracks.empty()) return;
     auto job = std::make_unique<Job>();
     job->paths.reserve(tracks.size());
     job->rowHints.reserve(tracks.size());
-    for (PlayerCore::DeferredTrack& track : tracks) {
+    for (DeferredTrack& track : tracks) {
         job->paths.push_back(std::move(track.path));
         job->rowHints.push_back(track.row);
     }
-    job->modules = &core_.Modules();
-    job->ignoreTags = core_.GetSettings().ignoreID3Tags != 0;
+    job->modules = &player_.Modules();
+    job->ignoreTags = player_.GetSettings().ignoreID3Tags != 0;
     jobs_.push_back(std::move(job));
     if (jobs_.size() == 1) StartNextJob();
     emit Progress(Done(), Total());
@@ -123,55 +122,17 @@ size_t InformationRetrieval::Total() const {
 void InformationRetrieval::ApplyFinished() {
     if (jobs_.empty()) return;
     Job& job = *jobs_.front();
-    int first = -1, last = -1;
+    std::vector<RetrievedTrack> finished;
     while (!job.Finished() && job.ready[job.applied].load(std::memory_order_acquire)) {
-        Apply(job, job.applied, first, last);
+        finished.push_back({job.rowHints[job.applied], std::move(job.records[job.applied])});
         ++job.applied;
     }
-    if (first >= 0) emit RowsRetrieved(first, last);
+    if (!finished.empty()) player_.FillInformation(std::move(finished));
     if (job.Finished()) {
         jobs_.pop_front();
         StartNextJob();
     }
     emit Progress(Done(), jobs_.empty() ? 0 : Total());
-}
-
-void InformationRetrieval::Apply(Job& job, size_t slot, int& first, int& last) {
-    std::unique_ptr<TrackRecord>& record = job.records[slot];
-    const std::string& path = job.paths[slot];
-    Playlist& main = core_.MainPlaylist();
-    auto place = [&](int row) {
-        const RowRef ref = main.ItemAtRow(row);
-        if (!ref || ref.item->Kind() != ItemKind::kTrack) return false;
-        TrackRecord& track = static_cast<TrackItem*>(ref.item)->Track();
-        if (track.FullName() != path) return false;
-        if (!track.InfoRetrieved()) track = *record;
-        first = first < 0 ? row : std::min(first, row);
-        last = std::max(last, row);
-        return true;
-    };
-    if (!rowsMoved_ && place(job.rowHints[slot])) {
-        record.reset();
-        return;
-    }
-    // Rows have moved since the job was made: every track of that name that still lacks
-    // its information gets it (the same file may be in the list more than once).
-    if (rowsMoved_) RebuildRowsByPath();
-    if (auto found = rowsByPath_.find(path); found != rowsByPath_.end())
-        for (int row : found->second) place(row);
-    record.reset();
-}
-
-void InformationRetrieval::RebuildRowsByPath() {
-    rowsMoved_ = false;
-    rowsByPath_.clear();
-    const Playlist& main = core_.MainPlaylist();
-    const int rows = main.RowCount();
-    for (int row = 0; row < rows; ++row) {
-        const RowRef ref = main.ItemAtRow(row);
-        if (ref.item->Kind() == ItemKind::kTrack)
-            rowsByPath_[static_cast<const TrackItem*>(ref.item)->Track().FullName()].push_back(row);
-    }
 }
 
 }  // namespace verdin

@@ -1,7 +1,7 @@
 #include "PlaylistModel.h"
 
 #include "playlist/Playlist.h"
-#include "shell/PlayerCore.h"
+#include "shell/Player.h"
 #include "shell/ui/playlist/RowSnapshot.h"
 
 #include <QFont>
@@ -29,8 +29,8 @@ bool RightAligned(int column) {
 
 }  // namespace
 
-PlaylistModel::PlaylistModel(PlayerCore& core, QObject* parent)
-    : QAbstractItemModel(parent), core_(core), rows_(RowsOrEmptyLine(core.MainPlaylist())) {}
+PlaylistModel::PlaylistModel(const Player& player, QObject* parent)
+    : QAbstractItemModel(parent), player_(player), rows_(RowsOrEmptyLine(player.List())) {}
 
 void PlaylistModel::SetIcons(QIcon playlistIcon, QIcon trackIcon) {
     icons_[0] = std::move(playlistIcon);
@@ -38,7 +38,7 @@ void PlaylistModel::SetIcons(QIcon playlistIcon, QIcon trackIcon) {
 }
 
 void PlaylistModel::Resync() {
-    std::vector<const PlaylistItem*> now = RowsOrEmptyLine(core_.MainPlaylist());
+    std::vector<const PlaylistItem*> now = RowsOrEmptyLine(player_.List());
     const RowChange change = CompareRows(rows_, now);
     ClearCache();
     const bool emptyLineBefore = ShowsEmptyLine();
@@ -118,7 +118,7 @@ void PlaylistModel::AnnounceTexts() {
 }
 
 void PlaylistModel::CurrentRowMoved() {
-    const int current = ShowsEmptyLine() ? -1 : core_.CurrentRow();
+    const int current = ShowsEmptyLine() ? -1 : player_.CurrentRow();
     if (current == boldRow_) return;
     const int old = boldRow_;
     boldRow_ = current;
@@ -134,7 +134,7 @@ const RowCells& PlaylistModel::CellsAt(int row) const {
     auto found = cells_.find(treeRow);
     if (found != cells_.end()) return found->second;
     if (cells_.size() >= kCachedRows) cells_.clear();
-    return cells_.emplace(treeRow, core_.CellsOfRow(treeRow)).first->second;
+    return cells_.emplace(treeRow, player_.CellsOfRow(treeRow)).first->second;
 }
 
 QModelIndex PlaylistModel::index(int row, int column, const QModelIndex& parent) const {
@@ -163,7 +163,7 @@ QVariant PlaylistModel::data(const QModelIndex& index, int role) const {
         case Qt::DecorationRole: {
             if (column != 0) return {};
             // Looked up in the tree as it is now: the row's item as last seen may be gone.
-            const RowRef ref = core_.MainPlaylist().ItemAtRow(TreeRow(row));
+            const RowRef ref = player_.List().ItemAtRow(TreeRow(row));
             if (!ref) return {};
             return icons_[ref.item->Kind() == ItemKind::kPlaylist ? 0 : 1];
         }

@@ -1,7 +1,7 @@
 #pragma once
-// The playlist view's model: one row per row of the main playlist tree (Part of the
-// player core), eight columns, the texts of PlaylistViewText.h, and the single line
-// "Empty playlist" when the tree is empty.
+// The playlist view's model: one row per row of the main playlist tree, eight columns,
+// the texts of PlaylistViewText.h, and the single line "Empty playlist" when the tree is
+// empty.
 //
 // The model keeps the item of each row as the view last saw it. After a change of the
 // tree, Resync() compares that with the tree and tells the view only what changed (rows
@@ -26,7 +26,7 @@
 
 namespace verdin {
 
-class PlayerCore;
+class Player;
 class PlaylistItem;
 
 class PlaylistModel final : public QAbstractItemModel {
@@ -35,7 +35,7 @@ public:
     // Rows dragged inside the view: their numbers, as text.
     static constexpr const char* kRowsMimeType = "application/x-verdin-playlist-rows";
 
-    explicit PlaylistModel(PlayerCore& core, QObject* parent = nullptr);
+    explicit PlaylistModel(const Player& player, QObject* parent = nullptr);
 
     // Icon 0 for a nested playlist's row, icon 1 for a track or random entry.
     void SetIcons(QIcon playlistIcon, QIcon trackIcon);
@@ -85,7 +85,7 @@ private:
     void ClearCache() const { cells_.clear(); }
     void AnnounceTexts();
 
-    PlayerCore& core_;
+    const Player& player_;
     QIcon icons_[2];
     ShownRows shownRows_;
     std::vector<const PlaylistItem*> rows_;  // as the view knows them; never dereferenced

@@ -1,8 +1,8 @@
 #pragma once
 // The commands that need the window: dialogs, the playlist view's selection, what the
-// window shows. Everything else goes to the player core with the same context.
+// window shows. Everything else goes to the player with the same context.
 #include "shell/CommandTable.h"
-#include "shell/PlayerCore.h"
+#include "shell/Player.h"
 #include "shell/ui/dialogs/Dialogs.h"
 #include "shell/ui/files/AddCommands.h"
 
@@ -18,24 +18,16 @@ public:
     bool Run(Action action, const CommandContext& context);
 
     AddCommands& Adding() { return adding_; }
-    // Rows dragged in the playlist view, dropped before beforeRow; the current row stays
-    // with its entry.
-    void MoveRows(const std::vector<int>& rows, int beforeRow);
 
 private:
-    void ToggleSetting(int32_t& setting);
-    void ResetOptions(const CommandContext& context);
-    void AddRandomEntry(int atRow);
-    void IncorporateItems(const CommandContext& context);
+    // Flips one of the window's flags in the settings.
+    void Toggle(int32_t Settings::*setting);
     void SaveSelectedPlaylist(int row);
-    void DropPlaylist(int row);
-    void ShowProperties(int row);
-    void ShowEvaluatedProperties(int row);
     void Find(bool askFirst);
     QWidget* Owner();
 
     MainWindow& window_;
-    PlayerCore& core_;
+    Player& player_;
     AddCommands adding_;
     FindRequest lastFind_;  // the last search, for "Find Next"
 };

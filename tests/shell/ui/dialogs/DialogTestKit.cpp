@@ -33,14 +33,12 @@ CoreFixture::CoreFixture() {
     SetDefaults(settings, environment);
     settings.inputPluginsSearchPath = std::string(VERDIN_TEST_PLUGIN_DIR) + ";" + VERDIN_PROBE_DIR + ";";
     settings.dspPluginsSearchPath = settings.inputPluginsSearchPath;
-    core = std::make_unique<PlayerCore>(settings, environment, host);
-    core->LoadPlugins(nullptr);
+    owner = std::make_unique<PlayerCore>(settings, environment, host);
+    owner->LoadPlugins(nullptr);
+    core = &owner->Face();
 }
 
-CoreFixture::~CoreFixture() {
-    if (core) core->Stop();
-    core.reset();
-}
+CoreFixture::~CoreFixture() { owner.reset(); }
 
 std::string CoreFixture::Tone(const std::string& name, double seconds, double amplitude) {
     const int rate = 44100;

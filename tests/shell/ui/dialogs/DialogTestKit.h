@@ -28,14 +28,11 @@ public:
     std::vector<Message> messages;
     std::vector<Message> questions;
     std::deque<bool> answers;  // answers to the next questions; Yes when empty
-    int refreshes = 0;
 
     void ShowMessage(std::string_view text, MessageIcon icon) override { messages.push_back({std::string(text), icon}); }
     bool AskYesNo(std::string_view text, MessageIcon icon) override;
     void SetTimersRunning(bool) override {}
-    void Refresh(bool) override { ++refreshes; }
     void RefreshNow() override {}
-    void SetPositionRange(int, int) override {}
     void WindowCommandUnavailable(std::string_view) override {}
     void Quit() override {}
 };
@@ -52,7 +49,8 @@ public:
     SettingsEnvironment environment;
     Settings settings;
     RecordingHost host;
-    std::unique_ptr<PlayerCore> core;
+    std::unique_ptr<PlayerCore> owner;
+    Player* core = nullptr;  // the facade the dialogs get
     // Where the probe plug-ins write what the host asked of them (VERDIN_PROBE_LOG).
     std::string probeLog;
 

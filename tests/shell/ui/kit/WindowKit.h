@@ -51,7 +51,7 @@ public:
 
     WindowApplication& App() { return *app_; }
     MainWindow& Window() { return *app_->Window(); }
-    PlayerCore& Core() { return app_->Core(); }
+    Player& Core() { return app_->GetPlayer(); }
 
 private:
     std::unique_ptr<WindowApplication> app_;

@@ -1,5 +1,5 @@
 // Row snapshots of the playlist tree, how two of them differ, and moving rows.
-#include "shell/ui/playlist/RowMove.h"
+#include "playlist/RowMove.h"
 #include "shell/ui/playlist/RowSnapshot.h"
 
 #include "playlist/Playlist.h"

@@ -10,7 +10,7 @@
 #include "shell/ui/playlist/InformationRetrieval.h"
 #include "shell/ui/playlist/PlaylistModel.h"
 #include "shell/ui/playlist/PlaylistView.h"
-#include "shell/ui/playlist/RowMove.h"
+#include "playlist/RowMove.h"
 
 #include <QAbstractItemModelTester>
 #include <QMimeData>

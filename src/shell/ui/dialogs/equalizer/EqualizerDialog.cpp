@@ -4,7 +4,7 @@
 #include "playlist/TrackRecord.h"
 #include "settings/EqualizerRecord.h"
 #include "settings/store/SettingsStore.h"
-#include "shell/PlayerCore.h"
+#include "shell/Player.h"
 #include "shell/ui/dialogs/Dialogs.h"
 #include "shell/ui/dialogs/common/FileChooser.h"
 #include "shell/ui/dialogs/equalizer/BandSlider.h"
@@ -41,17 +41,17 @@ QPushButton* Button(const QString& text, const char* name, QWidget* parent) {
 }
 
 // The path of the track the player plays, or empty.
-std::string PlayingTrackPath(const PlayerCore& core) {
-    const TrackRecord* track = core.LoadedTrack();
+std::string PlayingTrackPath(const Player& player) {
+    const TrackRecord* track = player.LoadedTrack();
     return track && !track->IsNullTrack() ? track->FullName() : std::string();
 }
 
 }  // namespace
 
-EqualizerDialog::EqualizerDialog(QWidget* parent, PlayerCore& core) : QDialog(parent), core_(core) {
+EqualizerDialog::EqualizerDialog(QWidget* parent, Player& player) : QDialog(parent), player_(player) {
     setObjectName(QStringLiteral("Graphic Equalizer"));
     setWindowTitle(QStringLiteral("Graphic Equalizer"));
-    const Settings& settings = core_.GetSettings();
+    const Settings& settings = player_.GetSettings();
     auto* layout = new QVBoxLayout(this);
 
     // The sliders: pre-amp apart on the left, then the bands.
@@ -139,7 +139,7 @@ EqualizerDialog::EqualizerDialog(QWidget* parent, PlayerCore& core) : QDialog(pa
     connect(presetList_, &QListWidget::currentRowChanged, this, &EqualizerDialog::PresetSelected);
     connect(presetList_, &QListWidget::itemDoubleClicked, this, [this](QListWidgetItem* item) {
         const int row = presetList_->row(item);
-        core_.GetSettings().presets.SetCurrent(row);
+        player_.ChangeSettings([row](Settings& changed) { changed.presets.SetCurrent(row); });
         PresetSelected(row);
     });
     connect(savePreset, &QPushButton::clicked, this, &EqualizerDialog::SavePreset);
@@ -172,12 +172,18 @@ QString EqualizerDialog::LinkedTracksCaption() const { return linkedCaption_->te
 
 int EqualizerDialog::SelectedPreset() const {
     const int row = presetList_->currentRow();
-    return row >= 0 && static_cast<size_t>(row) < core_.GetSettings().presets.Count() ? row : -1;
+    return row >= 0 && static_cast<size_t>(row) < player_.GetSettings().presets.Count() ? row : -1;
 }
 
-EqualizerPreset* EqualizerDialog::Selected() {
+const EqualizerPreset* EqualizerDialog::Selected() const {
     const int row = SelectedPreset();
-    return row < 0 ? nullptr : &core_.GetSettings().presets.At(static_cast<size_t>(row));
+    return row < 0 ? nullptr : &player_.GetSettings().presets.At(static_cast<size_t>(row));
+}
+
+void EqualizerDialog::ChangeSelected(const std::function<void(EqualizerPreset&)>& change) {
+    const int row = SelectedPreset();
+    if (row < 0) return;
+    player_.ChangeSettings([&](Settings& settings) { change(settings.presets.At(static_cast<size_t>(row))); });
 }
 
 void EqualizerDialog::SetSliders(const std::array<int32_t, 16>& bands, int32_t preAmp) {
@@ -189,39 +195,30 @@ void EqualizerDialog::SetSliders(const std::array<int32_t, 16>& bands, int32_t p
 
 void EqualizerDialog::SendToStreams() {
     if (moving_) return;
-    const EqualizerValues values = MakeEqualizerRecord(Gains(), preAmp_->Gain(), loudness_->isChecked());
-    for (Stream* stream : {core_.CurrentStream(), core_.NextPreparedStream()}) {
-        if (!stream) continue;
-        stream->SetEqualizerEnabled(enable_->isChecked());
-        stream->SetEqualizerValues(values);
-    }
+    player_.PreviewEqualizer(enable_->isChecked(), MakeEqualizerRecord(Gains(), preAmp_->Gain(), loudness_->isChecked()));
 }
 
 void EqualizerDialog::SendStoredToStreams() {
-    const Settings& settings = core_.GetSettings();
-    for (Stream* stream : {core_.CurrentStream(), core_.NextPreparedStream()}) {
-        if (!stream) continue;
-        stream->SetEqualizerEnabled(settings.equalize != 0);
-        stream->SetEqualizerValues(EqualizerRecordOf(settings));
-    }
+    const Settings& settings = player_.GetSettings();
+    player_.PreviewEqualizer(settings.equalize != 0, EqualizerRecordOf(settings));
 }
 
 void EqualizerDialog::FillPresets(int select) {
     const QSignalBlocker quiet(presetList_);
     presetList_->clear();
-    for (const EqualizerPreset& preset : core_.GetSettings().presets.Presets()) presetList_->addItem(Text(preset.name));
+    for (const EqualizerPreset& preset : player_.GetSettings().presets.Presets()) presetList_->addItem(Text(preset.name));
     presetList_->setCurrentRow(select);
     // Without a selection there is nothing to apply; with one, its gains are shown.
     PresetSelected(SelectedPreset());
 }
 
 void EqualizerDialog::PresetSelected(int row) {
-    const bool selected = row >= 0 && static_cast<size_t>(row) < core_.GetSettings().presets.Count();
+    const bool selected = row >= 0 && static_cast<size_t>(row) < player_.GetSettings().presets.Count();
     deletePreset_->setEnabled(selected);
     defaultPreset_->setEnabled(selected);
     exportPreset_->setEnabled(selected);
     if (selected) {
-        const EqualizerPreset& preset = core_.GetSettings().presets.At(static_cast<size_t>(row));
+        const EqualizerPreset& preset = player_.GetSettings().presets.At(static_cast<size_t>(row));
         SetSliders(preset.bands, preset.preAmp);
         presetName_->setText(Text(preset.name));
         linkedCaption_->setText(QStringLiteral("Tracks linked to %1").arg(Text(preset.name)));
@@ -241,7 +238,7 @@ void EqualizerDialog::FillLinks() {
 }
 
 void EqualizerDialog::UpdateLinkButton() {
-    const std::string path = PlayingTrackPath(core_);
+    const std::string path = PlayingTrackPath(player_);
     linkButton_->setText(path.empty() ? QStringLiteral("No tracks playing")
                                       : QStringLiteral("Add link for %1").arg(Text(path)));
     linkButton_->setEnabled(!path.empty() && SelectedPreset() >= 0);
@@ -250,40 +247,43 @@ void EqualizerDialog::UpdateLinkButton() {
 void EqualizerDialog::SavePreset() {
     const std::string name = presetName_->text().toStdString();
     if (name.empty()) return;
-    EqualizerPresetList& presets = core_.GetSettings().presets;
     EqualizerPreset preset;
     preset.name = name;
     preset.bands = Gains();
     preset.preAmp = preAmp_->Gain();
-    if (const int existing = presets.FindByName(name); existing >= 0) presets.Remove(static_cast<size_t>(existing));
-    presets.Append(std::move(preset));
-    FillPresets(static_cast<int>(presets.Count()) - 1);
+    player_.ChangeSettings([&](Settings& settings) {
+        EqualizerPresetList& presets = settings.presets;
+        if (const int existing = presets.FindByName(name); existing >= 0) presets.Remove(static_cast<size_t>(existing));
+        presets.Append(std::move(preset));
+    });
+    FillPresets(static_cast<int>(player_.GetSettings().presets.Count()) - 1);
 }
 
 void EqualizerDialog::DeletePreset() {
     const int row = SelectedPreset();
     if (row < 0) return;
-    core_.GetSettings().presets.Remove(static_cast<size_t>(row));
+    player_.ChangeSettings([row](Settings& settings) { settings.presets.Remove(static_cast<size_t>(row)); });
     FillPresets(-1);
 }
 
 void EqualizerDialog::SetDefaultPreset() {
-    if (EqualizerPreset* preset = Selected()) preset->isDefault = true;
+    ChangeSelected([](EqualizerPreset& preset) { preset.isDefault = true; });
 }
 
 void EqualizerDialog::LinkCurrentTrack() {
-    EqualizerPreset* preset = Selected();
-    const std::string path = PlayingTrackPath(core_);
-    if (!preset || path.empty()) return;
-    if (preset->FindLink(path) < 0) preset->links.push_back(path);
+    const std::string path = PlayingTrackPath(player_);
+    if (path.empty()) return;
+    ChangeSelected([&](EqualizerPreset& preset) {
+        if (preset.FindLink(path) < 0) preset.links.push_back(path);
+    });
     FillLinks();
 }
 
 void EqualizerDialog::DeleteLink() {
-    EqualizerPreset* preset = Selected();
     const int row = linkedList_->currentRow();
+    const EqualizerPreset* preset = Selected();
     if (!preset || row < 0 || static_cast<size_t>(row) >= preset->links.size()) return;
-    preset->links.erase(preset->links.begin() + row);
+    ChangeSelected([row](EqualizerPreset& changed) { changed.links.erase(changed.links.begin() + row); });
     FillLinks();
 }
 
@@ -291,7 +291,7 @@ void EqualizerDialog::ImportPresets() {
     const QString chosen =
         ChooseFileToOpen(this, QStringLiteral("Import Equalizer Preset"), QLatin1String(kPresetFileFilter));
     if (chosen.isEmpty()) return;
-    core_.GetSettings().presets.LoadFile(chosen.toStdString());
+    player_.ChangeSettings([&](Settings& settings) { settings.presets.LoadFile(chosen.toStdString()); });
     FillPresets(-1);
 }
 
@@ -306,13 +306,13 @@ void EqualizerDialog::ExportPreset() {
 }
 
 void EqualizerDialog::accept() {
-    Settings& settings = core_.GetSettings();
-    settings.equalize = enable_->isChecked() ? 1 : 0;
-    settings.usePresetLinks = presetLinks_->isChecked() ? 1 : 0;
-    settings.loudness = loudness_->isChecked() ? 1 : 0;
-    settings.equalizerValues = Gains();
-    settings.preAmp = preAmp_->Gain();
-    SaveUserSettings(settings, core_.Environment());
+    player_.ChangeSettings([this](Settings& settings) {
+        settings.equalize = enable_->isChecked() ? 1 : 0;
+        settings.usePresetLinks = presetLinks_->isChecked() ? 1 : 0;
+        settings.loudness = loudness_->isChecked() ? 1 : 0;
+        settings.equalizerValues = Gains();
+        settings.preAmp = preAmp_->Gain();
+    });
     QDialog::accept();
 }
 
@@ -321,11 +321,11 @@ void EqualizerDialog::reject() {
     QDialog::reject();
 }
 
-void ShowEqualizer(QWidget* parent, PlayerCore& core) {
+void ShowEqualizer(QWidget* parent, Player& player) {
     // One at a time: a second command brings the open one forward.
     static QPointer<EqualizerDialog> open;
     if (!open) {
-        open = new EqualizerDialog(parent, core);
+        open = new EqualizerDialog(parent, player);
         open->setAttribute(Qt::WA_DeleteOnClose);
     }
     open->show();

@@ -2,13 +2,12 @@
 // "Graphic Equalizer": 16 band sliders and the pre-amplification, "Enable equalizer",
 // "Use preset links" and "Loudness", and the user's presets with their track links.
 //
-// The dialog works on the live preset list of the settings. Every change of a slider or a
-// check box reaches the playing stream (and the one prepared to follow it) at once: the
-// enabled flag first, then the values (band + pre-amp, plus the loudness curve when
-// ticked). OK stores the check boxes, the gains and the pre-amp in the settings and saves
-// them, which also rewrites the preset file; Cancel gives the streams the stored values
-// back. Preset changes (save, delete, default, links, import) are made on the live list
-// either way.
+// Every change of a slider or a check box reaches the playing stream (and the one
+// prepared to follow it) at once, the settings untouched: the values are band + pre-amp,
+// plus the loudness curve when ticked. OK stores the check boxes, the gains and the
+// pre-amp in the settings; Cancel gives the streams the stored values back. Preset
+// changes (save, delete, default, links, import) go into the settings as they are made,
+// whichever way the dialog closes.
 //
 // Presets: selecting one moves the sliders to its gains and lists its links ("Tracks
 // linked to %s"; "Select preset" without a selection); "Save" replaces a preset of the
@@ -21,6 +20,7 @@
 #include <QDialog>
 #include <array>
 #include <cstdint>
+#include <functional>
 
 class QCheckBox;
 class QLabel;
@@ -32,7 +32,7 @@ class QTimer;
 namespace verdin {
 
 class BandSlider;
-class PlayerCore;
+class Player;
 struct EqualizerPreset;
 
 inline constexpr int kEqualizerBands = 16;
@@ -43,7 +43,7 @@ inline constexpr const char* kPresetFileFilter = "Equalizer preset|*.eq|All file
 class EqualizerDialog : public QDialog {
     Q_OBJECT
 public:
-    EqualizerDialog(QWidget* parent, PlayerCore& core);
+    EqualizerDialog(QWidget* parent, Player& player);
     ~EqualizerDialog() override;
 
     BandSlider* Band(int index) const { return bands_[static_cast<size_t>(index)]; }
@@ -75,7 +75,9 @@ public:
 
 private:
     int SelectedPreset() const;
-    EqualizerPreset* Selected();
+    const EqualizerPreset* Selected() const;
+    // Changes the selected preset in the settings.
+    void ChangeSelected(const std::function<void(EqualizerPreset&)>& change);
     void FillPresets(int select);
     void PresetSelected(int row);
     void FillLinks();
@@ -85,7 +87,7 @@ private:
     // The stored settings to the playing streams (Cancel).
     void SendStoredToStreams();
 
-    PlayerCore& core_;
+    Player& player_;
     std::array<BandSlider*, kEqualizerBands> bands_{};
     BandSlider* preAmp_ = nullptr;
     QCheckBox* enable_ = nullptr;

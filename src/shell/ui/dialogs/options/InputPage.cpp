@@ -2,7 +2,7 @@
 
 #include "engine/input/InputModuleList.h"
 #include "settings/Settings.h"
-#include "shell/PlayerCore.h"
+#include "shell/Player.h"
 #include "shell/ui/dialogs/options/OptionWidgets.h"
 
 #include <QGridLayout>
@@ -25,7 +25,7 @@ QString DescriptionOf(InputModule* module) {
 
 }  // namespace
 
-InputPage::InputPage(PlayerCore& core, QWidget* parent) : OptionsPage(QStringLiteral("Input"), core, parent) {
+InputPage::InputPage(Player& player, QWidget* parent) : OptionsPage(QStringLiteral("Input"), player, parent) {
     auto* layout = new QVBoxLayout(this);
     auto* plugins = new QGroupBox(QStringLiteral("Input plug-ins"), this);
     auto* grid = new QGridLayout(plugins);
@@ -46,7 +46,7 @@ InputPage::InputPage(PlayerCore& core, QWidget* parent) : OptionsPage(QStringLit
     searchLayout->addWidget(searchPath_);
     layout->addWidget(search);
 
-    const InputModuleList& list = core_.Modules();
+    const InputModuleList& list = player_.Modules();
     for (size_t i = 0; i < list.ModuleCount(); ++i) modules_->addItem(DescriptionOf(list.ModuleAt(i)));
     connect(modules_, &QListWidget::currentRowChanged, this, &InputPage::SelectionChanged);
     connect(configure_, &QPushButton::clicked, this, &InputPage::ConfigureSelected);
@@ -56,7 +56,7 @@ InputPage::InputPage(PlayerCore& core, QWidget* parent) : OptionsPage(QStringLit
 }
 
 void InputPage::SelectionChanged() {
-    InputModule* module = core_.Modules().ModuleAt(static_cast<size_t>(std::max(modules_->currentRow(), 0)));
+    InputModule* module = player_.Modules().ModuleAt(static_cast<size_t>(std::max(modules_->currentRow(), 0)));
     const bool selected = modules_->currentRow() >= 0 && module && module->ops;
     configure_->setEnabled(selected && module->ops->Configure);
     about_->setEnabled(selected && module->ops->About);
@@ -64,7 +64,7 @@ void InputPage::SelectionChanged() {
 
 bool InputPage::ConfigureSelected() {
     if (modules_->currentRow() < 0) return false;
-    InputModule* module = core_.Modules().ModuleAt(static_cast<size_t>(modules_->currentRow()));
+    InputModule* module = player_.Modules().ModuleAt(static_cast<size_t>(modules_->currentRow()));
     if (!module || !module->ops || !module->ops->Configure) return false;
     module->ops->Configure(module);
     return true;
@@ -72,7 +72,7 @@ bool InputPage::ConfigureSelected() {
 
 bool InputPage::AboutSelected() {
     if (modules_->currentRow() < 0) return false;
-    InputModule* module = core_.Modules().ModuleAt(static_cast<size_t>(modules_->currentRow()));
+    InputModule* module = player_.Modules().ModuleAt(static_cast<size_t>(modules_->currentRow()));
     if (!module || !module->ops || !module->ops->About) return false;
     module->ops->About(module);
     return true;
@@ -80,6 +80,6 @@ bool InputPage::AboutSelected() {
 
 void InputPage::Load() { searchPath_->SetText(QString::fromStdString(CurrentSettings().inputPluginsSearchPath)); }
 
-void InputPage::Apply() { CurrentSettings().inputPluginsSearchPath = searchPath_->Text().toStdString(); }
+void InputPage::Apply(Settings& s) { s.inputPluginsSearchPath = searchPath_->Text().toStdString(); }
 
 }  // namespace verdin

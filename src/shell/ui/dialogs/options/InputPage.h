@@ -18,9 +18,9 @@ inline constexpr const char* kRestartNote =
 class InputPage : public OptionsPage {
     Q_OBJECT
 public:
-    explicit InputPage(PlayerCore& core, QWidget* parent = nullptr);
+    explicit InputPage(Player& player, QWidget* parent = nullptr);
     void Load() override;
-    void Apply() override;
+    void Apply(Settings& s) override;
 
     QListWidget* Modules() const { return modules_; }
     SearchPathField* SearchPath() const { return searchPath_; }

@@ -1,7 +1,7 @@
 #include "shell/ui/dialogs/options/OptionsDialog.h"
 
-#include "settings/store/SettingsStore.h"
-#include "shell/PlayerCore.h"
+#include "settings/Settings.h"
+#include "shell/Player.h"
 #include "shell/ui/dialogs/Dialogs.h"
 #include "shell/ui/dialogs/options/InputPage.h"
 #include "shell/ui/dialogs/options/OutputPage.h"
@@ -21,7 +21,8 @@
 
 namespace verdin {
 
-OptionsDialog::OptionsDialog(QWidget* parent, PlayerCore& core, const QString& page) : QDialog(parent), core_(core) {
+OptionsDialog::OptionsDialog(QWidget* parent, Player& player, const QString& page)
+    : QDialog(parent), player_(player) {
     setObjectName(QStringLiteral("Options"));
     setWindowTitle(QStringLiteral("Options"));
     auto* layout = new QVBoxLayout(this);
@@ -30,10 +31,10 @@ OptionsDialog::OptionsDialog(QWidget* parent, PlayerCore& core, const QString& p
     index_->setObjectName(QStringLiteral("pageIndex"));
     stack_ = new QStackedWidget(this);
     pages_ = {
-        new GeneralPage(core_),        new PlayerPage(core_),        new OutputPage(core_),
-        new PlaylistPage(core_),       new StringsPage(core_),       new InputPage(core_),
-        new VisualizationPage(core_),  new DspPage(core_),           new GeneralPurposePage(core_),
-        new InternetPage(core_),       new AppearancePage(core_),
+        new GeneralPage(player_),        new PlayerPage(player_),        new OutputPage(player_),
+        new PlaylistPage(player_),       new StringsPage(player_),       new InputPage(player_),
+        new VisualizationPage(player_),  new DspPage(player_),           new GeneralPurposePage(player_),
+        new InternetPage(player_),       new AppearancePage(player_),
     };
     int widest = 0;
     for (OptionsPage* p : pages_) {
@@ -80,9 +81,9 @@ OptionsPage* OptionsDialog::CurrentPage() const {
 }
 
 bool OptionsDialog::Apply() {
-    for (OptionsPage* page : pages_) page->Apply();
-    const bool saved = SaveUserSettings(core_.GetSettings(), core_.Environment());
-    core_.Host().Refresh(true);
+    const bool saved = player_.ChangeSettings([this](Settings& settings) {
+        for (OptionsPage* page : pages_) page->Apply(settings);
+    });
     // What the player did with the values (the DSP page's list, say) is shown again.
     for (OptionsPage* page : pages_) page->Load();
     return saved;
@@ -93,8 +94,8 @@ void OptionsDialog::accept() {
     QDialog::accept();
 }
 
-void ShowOptions(QWidget* parent, PlayerCore& core, const std::string& page) {
-    OptionsDialog dialog(parent, core, QString::fromStdString(page));
+void ShowOptions(QWidget* parent, Player& player, const std::string& page) {
+    OptionsDialog dialog(parent, player, QString::fromStdString(page));
     dialog.exec();
 }
 

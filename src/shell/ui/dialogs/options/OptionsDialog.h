@@ -1,9 +1,9 @@
 #pragma once
 // The options dialog: eleven pages ("General", "Player", "Output", "Playlist",
 // "Strings", "Input", "Visualization", "Digital Signal Processing (DSP)", "General
-// Purpose", "Internet", "Appearance"), chosen from a list. Apply (and OK) has every page
-// put its values into the settings and make what changes at once, then saves the
-// settings and has the player redraw.
+// Purpose", "Internet", "Appearance"), chosen from a list. Apply (and OK) changes the
+// settings through the player with every page's values: the player makes what changes at
+// once, saves them and redraws.
 #include <QDialog>
 #include <vector>
 
@@ -13,13 +13,13 @@ class QStackedWidget;
 namespace verdin {
 
 class OptionsPage;
-class PlayerCore;
+class Player;
 
 class OptionsDialog : public QDialog {
     Q_OBJECT
 public:
     // Opens on the page of that title (the first when empty or unknown).
-    OptionsDialog(QWidget* parent, PlayerCore& core, const QString& page = {});
+    OptionsDialog(QWidget* parent, Player& player, const QString& page = {});
 
     const std::vector<OptionsPage*>& Pages() const { return pages_; }
     OptionsPage* Page(const QString& title) const;
@@ -37,7 +37,7 @@ public:
     void accept() override;
 
 private:
-    PlayerCore& core_;
+    Player& player_;
     QListWidget* index_ = nullptr;
     QStackedWidget* stack_ = nullptr;
     std::vector<OptionsPage*> pages_;

@@ -1,18 +1,19 @@
 #include "shell/ui/dialogs/options/OptionsPage.h"
 
-#include "shell/PlayerCore.h"
+#include "settings/Settings.h"
+#include "shell/Player.h"
 
 #include <QCheckBox>
 #include <QLineEdit>
 
 namespace verdin {
 
-OptionsPage::OptionsPage(const QString& title, PlayerCore& core, QWidget* parent)
-    : QWidget(parent), core_(core), title_(title) {
+OptionsPage::OptionsPage(const QString& title, Player& player, QWidget* parent)
+    : QWidget(parent), player_(player), title_(title) {
     setObjectName(title);
 }
 
-Settings& OptionsPage::CurrentSettings() { return core_.GetSettings(); }
+const Settings& OptionsPage::CurrentSettings() const { return player_.GetSettings(); }
 
 QCheckBox* OptionsPage::AddFlag(const QString& text, int32_t Settings::*field, QWidget* parent) {
     auto* box = new QCheckBox(text, parent ? parent : this);
@@ -33,8 +34,7 @@ void OptionsPage::LoadBindings() {
     for (const TextBinding& text : texts_) text.edit->setText(QString::fromStdString(settings.*text.field));
 }
 
-void OptionsPage::ApplyBindings() {
-    Settings& settings = CurrentSettings();
+void OptionsPage::ApplyBindings(Settings& settings) {
     // A flag keeps its stored value while the box agrees with it (any non-zero value is
     // "on"); a changed box stores 0 or 1.
     for (const FlagBinding& flag : flags_)

@@ -1,6 +1,7 @@
 #pragma once
 // One page of the options dialog. A page shows the settings it edits when it is made and
-// after Load, and writes them back (and sets off what must change at once) on Apply.
+// after Load, and writes its values into the settings being changed on Apply; the player
+// then makes what must change at once.
 #include <QString>
 #include <QWidget>
 #include <cstdint>
@@ -12,31 +13,30 @@ class QLineEdit;
 
 namespace verdin {
 
-class PlayerCore;
+class Player;
 struct Settings;
 
 class OptionsPage : public QWidget {
     Q_OBJECT
 public:
-    OptionsPage(const QString& title, PlayerCore& core, QWidget* parent = nullptr);
+    OptionsPage(const QString& title, Player& player, QWidget* parent = nullptr);
 
     const QString& Title() const { return title_; }
     // Shows what the settings hold now.
     virtual void Load() = 0;
-    // Puts the page's values into the settings, and makes the changes that take effect
-    // at once. The dialog saves the settings afterwards.
-    virtual void Apply() = 0;
+    // Puts the page's values into the settings the dialog is changing.
+    virtual void Apply(Settings& s) = 0;
 
 protected:
-    Settings& CurrentSettings();
+    const Settings& CurrentSettings() const;
 
     // Check boxes and text fields that edit one field each, loaded and applied by table.
     QCheckBox* AddFlag(const QString& text, int32_t Settings::*field, QWidget* parent = nullptr);
     QLineEdit* AddText(std::string Settings::*field, int maximumLength, QWidget* parent = nullptr);
     void LoadBindings();
-    void ApplyBindings();
+    void ApplyBindings(Settings& settings);
 
-    PlayerCore& core_;
+    Player& player_;
 
 private:
     struct FlagBinding {

@@ -3,7 +3,7 @@
 #include "engine/output/AlsaDeviceList.h"
 #include "engine/output/PulseConnection.h"
 #include "settings/Settings.h"
-#include "shell/PlayerCore.h"
+#include "shell/Player.h"
 #include "shell/ui/dialogs/common/FileChooser.h"
 #include "shell/ui/dialogs/options/OptionWidgets.h"
 
@@ -61,7 +61,7 @@ void FillDevices(QComboBox* combo, const std::vector<OutputDeviceEntry>& entries
 
 std::span<const NamedValue> CooperativeLevelChoices() { return kCooperativeLevels; }
 
-OutputPage::OutputPage(PlayerCore& core, QWidget* parent) : OptionsPage(QStringLiteral("Output"), core, parent) {
+OutputPage::OutputPage(Player& player, QWidget* parent) : OptionsPage(QStringLiteral("Output"), player, parent) {
     auto* layout = new QVBoxLayout(this);
     kindGroup_ = new QButtonGroup(this);
 
@@ -163,8 +163,7 @@ void OutputPage::showEvent(QShowEvent* event) {
     if (!listed_) FillDeviceLists(ListAlsaDevices(), ListPulseDevices());
 }
 
-void OutputPage::Apply() {
-    Settings& s = CurrentSettings();
+void OutputPage::Apply(Settings& s) {
     for (int kind = 0; kind < 3; ++kind)
         if (kinds_[static_cast<size_t>(kind)]->isChecked()) s.outputType = kind;
     s.decodeDirectory = decodeDirectory_->text().toStdString();

@@ -35,9 +35,9 @@ inline constexpr const char* kPulseAudioPrefillNote =
 class OutputPage : public OptionsPage {
     Q_OBJECT
 public:
-    explicit OutputPage(PlayerCore& core, QWidget* parent = nullptr);
+    explicit OutputPage(Player& player, QWidget* parent = nullptr);
     void Load() override;
-    void Apply() override;
+    void Apply(Settings& s) override;
 
     // Fills the device lists from the given entries (the page's first showing passes
     // what ALSA and the server list).

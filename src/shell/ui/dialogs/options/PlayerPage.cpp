@@ -1,7 +1,7 @@
 #include "shell/ui/dialogs/options/PlayerPage.h"
 
 #include "settings/Settings.h"
-#include "shell/PlayerCore.h"
+#include "shell/Player.h"
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -55,7 +55,7 @@ int MillisecondsOf(double seconds) { return static_cast<int>(std::lround(seconds
 std::span<const NamedValue> ThreadPriorityChoices() { return kThreadPriorities; }
 std::span<const NamedValue> ProcessPriorityChoices() { return kProcessPriorities; }
 
-PlayerPage::PlayerPage(PlayerCore& core, QWidget* parent) : OptionsPage(QStringLiteral("Player"), core, parent) {
+PlayerPage::PlayerPage(Player& player, QWidget* parent) : OptionsPage(QStringLiteral("Player"), player, parent) {
     auto* layout = new QVBoxLayout(this);
 
     auto* decoder = new QGroupBox(QStringLiteral("Decoder"), this);
@@ -141,9 +141,8 @@ void PlayerPage::Load() {
     silenceKept_ = {s.silenceLevel, silenceLevel_->Value()};
 }
 
-void PlayerPage::Apply() {
-    ApplyBindings();
-    Settings& s = CurrentSettings();
+void PlayerPage::Apply(Settings& s) {
+    ApplyBindings(s);
     s.bufferSize = bufferKept_.Result(bufferSize_->value(), [](int kb) { return kb * kBytesPerKilobyte; });
     s.bufferPrefill = prefillKept_.Result(prefill_->Value(), [](int percent) { return percent; });
     s.playerThreadPriority = ChosenValue(threadPriority_);

@@ -28,9 +28,9 @@ inline constexpr int kMaximumBufferKilobytes = 2000;
 class PlayerPage : public OptionsPage {
     Q_OBJECT
 public:
-    explicit PlayerPage(PlayerCore& core, QWidget* parent = nullptr);
+    explicit PlayerPage(Player& player, QWidget* parent = nullptr);
     void Load() override;
-    void Apply() override;
+    void Apply(Settings& s) override;
 
     QSpinBox* BufferKilobytes() const { return bufferSize_; }
     LabelledSlider* Prefill() const { return prefill_; }

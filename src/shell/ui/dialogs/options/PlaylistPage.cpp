@@ -1,7 +1,7 @@
 #include "shell/ui/dialogs/options/PlaylistPage.h"
 
 #include "settings/Settings.h"
-#include "shell/PlayerCore.h"
+#include "shell/Player.h"
 #include "shell/ui/dialogs/options/OptionWidgets.h"
 
 #include <QCheckBox>
@@ -18,7 +18,7 @@ namespace verdin {
 constexpr int kSearchPathLength = 4095;
 constexpr int kLongestHistory = 1000000;
 
-PlaylistPage::PlaylistPage(PlayerCore& core, QWidget* parent) : OptionsPage(QStringLiteral("Playlist"), core, parent) {
+PlaylistPage::PlaylistPage(Player& player, QWidget* parent) : OptionsPage(QStringLiteral("Playlist"), player, parent) {
     auto* layout = new QVBoxLayout(this);
     auto* skip = new QGroupBox(QStringLiteral("Do NOT retrieve file information for..."), this);
     auto* skipLayout = new QVBoxLayout(skip);
@@ -62,9 +62,8 @@ void PlaylistPage::Load() {
     history_->setValue(s.vdpHistory);
 }
 
-void PlaylistPage::Apply() {
-    ApplyBindings();
-    Settings& s = CurrentSettings();
+void PlaylistPage::Apply(Settings& s) {
+    ApplyBindings(s);
     s.sampleSpaceSearchPath = sampleSpace_->Text().toStdString();
     // A stored history outside the field's range (negative) stays until it is edited.
     if (history_->value() != std::clamp(s.vdpHistory, 0, kLongestHistory)) s.vdpHistory = history_->value();

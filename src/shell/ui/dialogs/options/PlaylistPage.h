@@ -19,9 +19,9 @@ inline constexpr const char* kSampleSpaceNote = "Use semicolons to separate dire
 class PlaylistPage : public OptionsPage {
     Q_OBJECT
 public:
-    explicit PlaylistPage(PlayerCore& core, QWidget* parent = nullptr);
+    explicit PlaylistPage(Player& player, QWidget* parent = nullptr);
     void Load() override;
-    void Apply() override;
+    void Apply(Settings& s) override;
 
     SearchPathField* SampleSpacePath() const { return sampleSpace_; }
     QSpinBox* History() const { return history_; }

@@ -29,8 +29,8 @@ DspModuleRef RefOf(const QListWidgetItem* item) {
 
 }  // namespace
 
-PluginListsPage::PluginListsPage(const QString& title, const PluginListsTexts& texts, PlayerCore& core, QWidget* parent)
-    : OptionsPage(title, core, parent) {
+PluginListsPage::PluginListsPage(const QString& title, const PluginListsTexts& texts, Player& player, QWidget* parent)
+    : OptionsPage(title, player, parent) {
     auto* layout = new QVBoxLayout(this);
 
     auto* availableBox = new QGroupBox(texts.available, this);

@@ -35,7 +35,7 @@ struct AvailableModule {
 class PluginListsPage : public OptionsPage {
     Q_OBJECT
 public:
-    PluginListsPage(const QString& title, const PluginListsTexts& texts, PlayerCore& core, QWidget* parent = nullptr);
+    PluginListsPage(const QString& title, const PluginListsTexts& texts, Player& player, QWidget* parent = nullptr);
 
     QListWidget* Available() const { return available_; }
     QListWidget* Active() const { return active_; }

@@ -3,7 +3,7 @@
 #include "plugins/dsp/DspConfigure.h"
 #include "plugins/dsp/DspLibraryList.h"
 #include "settings/Settings.h"
-#include "shell/PlayerCore.h"
+#include "shell/Player.h"
 #include "shell/ui/dialogs/options/InputPage.h"
 #include "shell/ui/dialogs/options/OptionWidgets.h"
 
@@ -24,27 +24,27 @@ QString MissingText(const DspModuleRef& ref) {
 }
 
 // The parent window record plug-ins get: the one the player's plug-ins were loaded with.
-VerdinHostWindow* PluginParent(const PlayerCore& core) {
-    return core.DspLibraries() ? core.DspLibraries()->parentWindow() : nullptr;
+VerdinHostWindow* PluginParent(const Player& player) {
+    return player.DspLibraries() ? player.DspLibraries()->parentWindow() : nullptr;
 }
 
 constexpr int kSearchPathLength = 4095;
 
 }  // namespace
 
-DspPage::DspPage(PlayerCore& core, QWidget* parent)
+DspPage::DspPage(Player& player, QWidget* parent)
     : PluginListsPage(QStringLiteral("Digital Signal Processing (DSP)"),
                       {QStringLiteral("Available plug-ins"),
                        QStringLiteral("Active modules (modules will be applied in this order)"),
                        QStringLiteral("Select directory for DSP plug-ins.")},
-                      core, parent) {
+                      player, parent) {
     Load();
 }
 
 DspPage::~DspPage() = default;
 
 std::vector<AvailableModule> DspPage::FindModules(const std::string& searchPath) {
-    libraries_ = std::make_unique<DspLibraryList>(PluginParent(core_), searchPath);
+    libraries_ = std::make_unique<DspLibraryList>(PluginParent(player_), searchPath);
     std::vector<AvailableModule> modules;
     const std::vector<DspLibrary>& found = libraries_->libraries();
     for (size_t i = 0; i < found.size(); ++i)
@@ -75,13 +75,16 @@ void DspPage::Load() {
     ShowActive(ParseDspPlugins(s.dspPlugins));
 }
 
-void DspPage::Apply() { core_.ApplyDspModules(SearchPathText(), ActiveRefs()); }
+void DspPage::Apply(Settings& s) {
+    s.dspPluginsSearchPath = SearchPathText();
+    s.dspPlugins = FormatDspPlugins(ActiveRefs());
+}
 
-VisualizationPage::VisualizationPage(PlayerCore& core, QWidget* parent)
+VisualizationPage::VisualizationPage(Player& player, QWidget* parent)
     : PluginListsPage(QStringLiteral("Visualization"),
                       {QStringLiteral("Available plug-ins (select the active module)"), QStringLiteral("Active modules"),
                        QStringLiteral("Select directory for Visualization plug-ins.")},
-                      core, parent) {
+                      player, parent) {
     Load();
 }
 
@@ -106,11 +109,11 @@ QString VisualizationPage::ActiveText(const DspModuleRef& ref) const {
 }
 
 bool VisualizationPage::Configure(const AvailableModule& module) {
-    return ConfigureVisualizationModule(module.path, module.module, PluginParent(core_));
+    return ConfigureVisualizationModule(module.path, module.module, PluginParent(player_));
 }
 
 bool VisualizationPage::ConfigureRef(const DspModuleRef& ref) {
-    return ConfigureVisualizationModule(ref.libraryPath, ref.moduleIndex, PluginParent(core_));
+    return ConfigureVisualizationModule(ref.libraryPath, ref.moduleIndex, PluginParent(player_));
 }
 
 void VisualizationPage::Load() {
@@ -119,14 +122,13 @@ void VisualizationPage::Load() {
     ShowActive(ParseDspPlugins(s.visualizationPlugins));
 }
 
-void VisualizationPage::Apply() {
-    Settings& s = CurrentSettings();
+void VisualizationPage::Apply(Settings& s) {
     s.visualizationPluginsSearchPath = SearchPathText();
     s.visualizationPlugins = FormatDspPlugins(ActiveRefs());
 }
 
-GeneralPurposePage::GeneralPurposePage(PlayerCore& core, QWidget* parent)
-    : OptionsPage(QStringLiteral("General Purpose"), core, parent) {
+GeneralPurposePage::GeneralPurposePage(Player& player, QWidget* parent)
+    : OptionsPage(QStringLiteral("General Purpose"), player, parent) {
     auto* layout = new QVBoxLayout(this);
     auto* availableBox = new QGroupBox(QStringLiteral("Available plug-ins"), this);
     auto* availableLayout = new QVBoxLayout(availableBox);
@@ -153,6 +155,6 @@ void GeneralPurposePage::Load() {
         available_->addItem(Text(library.description));
 }
 
-void GeneralPurposePage::Apply() { CurrentSettings().generalPurposePluginsSearchPath = searchPath_->Text().toStdString(); }
+void GeneralPurposePage::Apply(Settings& s) { s.generalPurposePluginsSearchPath = searchPath_->Text().toStdString(); }
 
 }  // namespace verdin

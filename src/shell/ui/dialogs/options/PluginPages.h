@@ -26,10 +26,10 @@ class SearchPathField;
 class DspPage : public PluginListsPage {
     Q_OBJECT
 public:
-    explicit DspPage(PlayerCore& core, QWidget* parent = nullptr);
+    explicit DspPage(Player& player, QWidget* parent = nullptr);
     ~DspPage() override;
     void Load() override;
-    void Apply() override;
+    void Apply(Settings& s) override;
 
 protected:
     std::vector<AvailableModule> FindModules(const std::string& searchPath) override;
@@ -44,9 +44,9 @@ private:
 class VisualizationPage : public PluginListsPage {
     Q_OBJECT
 public:
-    explicit VisualizationPage(PlayerCore& core, QWidget* parent = nullptr);
+    explicit VisualizationPage(Player& player, QWidget* parent = nullptr);
     void Load() override;
-    void Apply() override;
+    void Apply(Settings& s) override;
 
 protected:
     std::vector<AvailableModule> FindModules(const std::string& searchPath) override;
@@ -61,9 +61,9 @@ private:
 class GeneralPurposePage : public OptionsPage {
     Q_OBJECT
 public:
-    explicit GeneralPurposePage(PlayerCore& core, QWidget* parent = nullptr);
+    explicit GeneralPurposePage(Player& player, QWidget* parent = nullptr);
     void Load() override;
-    void Apply() override;
+    void Apply(Settings& s) override;
 
     QListWidget* Available() const { return available_; }
     SearchPathField* SearchPath() const { return searchPath_; }

@@ -1,7 +1,7 @@
 #include "shell/ui/dialogs/options/SimplePages.h"
 
 #include "settings/Settings.h"
-#include "shell/PlayerCore.h"
+#include "shell/Player.h"
 #include "shell/ui/dialogs/common/FileChooser.h"
 #include "shell/ui/dialogs/options/OptionWidgets.h"
 
@@ -20,7 +20,7 @@ namespace verdin {
 constexpr int kProxyTextLength = 1023;
 constexpr int kPathTextLength = 255;
 
-GeneralPage::GeneralPage(PlayerCore& core, QWidget* parent) : OptionsPage(QStringLiteral("General"), core, parent) {
+GeneralPage::GeneralPage(Player& player, QWidget* parent) : OptionsPage(QStringLiteral("General"), player, parent) {
     auto* layout = new QVBoxLayout(this);
     layout->addWidget(AddFlag(QStringLiteral("Show the splash window at start-up"), &Settings::showSplash));
     layout->addWidget(AddFlag(QStringLiteral("Start playing at start-up"), &Settings::autoPlayAtStartup));
@@ -31,9 +31,9 @@ GeneralPage::GeneralPage(PlayerCore& core, QWidget* parent) : OptionsPage(QStrin
 }
 
 void GeneralPage::Load() { LoadBindings(); }
-void GeneralPage::Apply() { ApplyBindings(); }
+void GeneralPage::Apply(Settings& s) { ApplyBindings(s); }
 
-InternetPage::InternetPage(PlayerCore& core, QWidget* parent) : OptionsPage(QStringLiteral("Internet"), core, parent) {
+InternetPage::InternetPage(Player& player, QWidget* parent) : OptionsPage(QStringLiteral("Internet"), player, parent) {
     auto* layout = new QVBoxLayout(this);
     auto* proxy = new QGroupBox(QStringLiteral("Proxy"), this);
     auto* form = new QFormLayout(proxy);
@@ -50,10 +50,10 @@ InternetPage::InternetPage(PlayerCore& core, QWidget* parent) : OptionsPage(QStr
 }
 
 void InternetPage::Load() { LoadBindings(); }
-void InternetPage::Apply() { ApplyBindings(); }
+void InternetPage::Apply(Settings& s) { ApplyBindings(s); }
 
-AppearancePage::AppearancePage(PlayerCore& core, QWidget* parent)
-    : OptionsPage(QStringLiteral("Appearance"), core, parent) {
+AppearancePage::AppearancePage(Player& player, QWidget* parent)
+    : OptionsPage(QStringLiteral("Appearance"), player, parent) {
     auto* layout = new QVBoxLayout(this);
     layout->addWidget(AddFlag(QStringLiteral("Show the playlist"), &Settings::showPlaylist));
     layout->addWidget(AddFlag(QStringLiteral("Show the volume control"), &Settings::showVolumeControl));
@@ -89,9 +89,9 @@ void AppearancePage::Load() {
     intensity_->SetValue(CurrentSettings().rebarBitmapIntensity);
 }
 
-void AppearancePage::Apply() {
-    ApplyBindings();
-    Settings& settings = CurrentSettings();
+void AppearancePage::Apply(Settings& s) {
+    ApplyBindings(s);
+    Settings& settings = s;
     // A stored brightness outside the slider's range stays until the slider is moved.
     if (intensity_->Value() != std::clamp(settings.rebarBitmapIntensity, 0, 100))
         settings.rebarBitmapIntensity = intensity_->Value();

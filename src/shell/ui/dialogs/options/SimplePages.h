@@ -14,18 +14,18 @@ class LabelledSlider;
 class GeneralPage : public OptionsPage {
     Q_OBJECT
 public:
-    explicit GeneralPage(PlayerCore& core, QWidget* parent = nullptr);
+    explicit GeneralPage(Player& player, QWidget* parent = nullptr);
     void Load() override;
-    void Apply() override;
+    void Apply(Settings& s) override;
 };
 
 // The network reader's proxy: "useProxy", "proxyURL", "proxyByPass".
 class InternetPage : public OptionsPage {
     Q_OBJECT
 public:
-    explicit InternetPage(PlayerCore& core, QWidget* parent = nullptr);
+    explicit InternetPage(Player& player, QWidget* parent = nullptr);
     void Load() override;
-    void Apply() override;
+    void Apply(Settings& s) override;
 };
 
 // What the windows show: "showPlaylist", "showVolumeControl", "customizedCaption",
@@ -34,9 +34,9 @@ public:
 class AppearancePage : public OptionsPage {
     Q_OBJECT
 public:
-    explicit AppearancePage(PlayerCore& core, QWidget* parent = nullptr);
+    explicit AppearancePage(Player& player, QWidget* parent = nullptr);
     void Load() override;
-    void Apply() override;
+    void Apply(Settings& s) override;
 
 private:
     QLineEdit* bitmap_ = nullptr;

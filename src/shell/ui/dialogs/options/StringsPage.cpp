@@ -1,7 +1,7 @@
 #include "shell/ui/dialogs/options/StringsPage.h"
 
 #include "settings/Settings.h"
-#include "shell/PlayerCore.h"
+#include "shell/Player.h"
 #include "shell/ui/dialogs/common/VariableMenu.h"
 
 #include <QGridLayout>
@@ -18,7 +18,7 @@ constexpr int kTemplateLength = 255;
 
 }  // namespace
 
-StringsPage::StringsPage(PlayerCore& core, QWidget* parent) : OptionsPage(QStringLiteral("Strings"), core, parent) {
+StringsPage::StringsPage(Player& player, QWidget* parent) : OptionsPage(QStringLiteral("Strings"), player, parent) {
     auto* layout = new QVBoxLayout(this);
     auto* grid = new QGridLayout;
     struct Row {
@@ -58,6 +58,6 @@ StringsPage::StringsPage(PlayerCore& core, QWidget* parent) : OptionsPage(QStrin
 }
 
 void StringsPage::Load() { LoadBindings(); }
-void StringsPage::Apply() { ApplyBindings(); }
+void StringsPage::Apply(Settings& s) { ApplyBindings(s); }
 
 }  // namespace verdin

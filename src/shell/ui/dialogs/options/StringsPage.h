@@ -14,9 +14,9 @@ namespace verdin {
 class StringsPage : public OptionsPage {
     Q_OBJECT
 public:
-    explicit StringsPage(PlayerCore& core, QWidget* parent = nullptr);
+    explicit StringsPage(Player& player, QWidget* parent = nullptr);
     void Load() override;
-    void Apply() override;
+    void Apply(Settings& s) override;
 
     QLineEdit* TrackTitle() const { return trackTitle_; }
     QLineEdit* WindowTitle() const { return windowTitle_; }

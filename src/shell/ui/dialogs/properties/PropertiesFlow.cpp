@@ -2,70 +2,73 @@
 
 #include "playlist/RandomEntry.h"
 #include "playlist/TrackItem.h"
-#include "shell/PlayerCore.h"
+#include "shell/Player.h"
+#include "shell/ui/MessageBoxes.h"
 #include "shell/ui/dialogs/Dialogs.h"
 #include "shell/ui/dialogs/properties/RandomEntryDialog.h"
 #include "shell/ui/dialogs/properties/TrackPropertiesDialog.h"
 
 namespace verdin {
 
-bool PrepareTrackForProperties(PlayerCore& core, TrackRecord& track) {
-    PlayerHost& host = core.Host();
+bool PrepareTrackForProperties(QWidget* parent, Player& player, int row, const TrackRecord& track) {
     if (!track.InfoRetrieved()) {
-        if (!host.AskYesNo(kRetrieveQuestion, MessageIcon::kQuestion)) return false;
-        track.RetrieveInformation(core.Modules(), core.GetSettings().ignoreID3Tags != 0);
-        host.Refresh(true);
+        if (!AskYesNoBox(parent, kRetrieveQuestion, MessageIcon::kQuestion)) return false;
+        player.RereadTrack(row);
     }
     if (!track.Exists()) {
-        host.ShowMessage(kUnknownFileFormat, MessageIcon::kError);
+        ShowMessageBox(parent, kUnknownFileFormat, MessageIcon::kError);
         return false;
     }
     return true;
 }
 
-TrackRecord* EvaluatedTrackOf(PlayerCore& core, const RandomEntry& entry) {
+const TrackRecord* EvaluatedTrackOf(QWidget* parent, const RandomEntry& entry) {
     if (!entry.Picked()) {
-        core.Host().ShowMessage(kNotEvaluated, MessageIcon::kInformation);
+        ShowMessageBox(parent, kNotEvaluated, MessageIcon::kInformation);
         return nullptr;
     }
-    TrackRecord* track = entry.PickedTrack();
+    const TrackRecord* track = entry.PickedTrack();
     if (!track || track->IsNullTrack()) {
-        core.Host().ShowMessage(kNothingMatches, MessageIcon::kInformation);
+        ShowMessageBox(parent, kNothingMatches, MessageIcon::kInformation);
         return nullptr;
     }
     return track;
 }
 
-void ShowTrackProperties(QWidget* parent, PlayerCore& core, int row) {
-    const RowRef ref = core.MainPlaylist().ItemAtRow(row);
+void ShowTrackProperties(QWidget* parent, Player& player, int row) {
+    const RowRef ref = player.List().ItemAtRow(row);
     if (!ref) return;
     if (ref.item->Kind() == ItemKind::kRandomEntry) {
-        EditRandomEntry(parent, core, *static_cast<RandomEntry*>(ref.item));
+        EditRandomEntry(parent, player, row);
         return;
     }
     if (ref.item->Kind() != ItemKind::kTrack) return;
-    TrackRecord& track = static_cast<TrackItem*>(ref.item)->Track();
-    if (!PrepareTrackForProperties(core, track)) return;
-    TrackPropertiesDialog dialog(parent, core, track);
+    const TrackRecord& track = static_cast<const TrackItem*>(ref.item)->Track();
+    if (!PrepareTrackForProperties(parent, player, row, track)) return;
+    TrackPropertiesDialog dialog(parent, player, row, track);
     dialog.exec();
 }
 
-bool EditRandomEntry(QWidget* parent, PlayerCore& core, RandomEntry& entry) {
-    RandomEntryDialog dialog(parent, core, entry.Expression());
-    if (dialog.exec() != QDialog::Accepted) return false;
-    const std::string expression = dialog.Expression();
-    if (expression == entry.Expression()) return false;
-    entry.SetExpression(expression);
-    core.Host().Refresh(true);
-    return true;
+std::optional<std::string> AskRandomExpression(QWidget* parent, const Player& player, std::string_view expression) {
+    RandomEntryDialog dialog(parent, player, std::string(expression));
+    if (dialog.exec() != QDialog::Accepted) return std::nullopt;
+    return dialog.Expression();
 }
 
-void ShowEvaluatedTrackProperties(QWidget* parent, PlayerCore& core, int row) {
-    const RowRef ref = core.MainPlaylist().ItemAtRow(row);
+void EditRandomEntry(QWidget* parent, Player& player, int row) {
+    const RowRef ref = player.List().ItemAtRow(row);
     if (!ref || ref.item->Kind() != ItemKind::kRandomEntry) return;
-    TrackRecord* track = EvaluatedTrackOf(core, *static_cast<const RandomEntry*>(ref.item));
-    if (!track || !PrepareTrackForProperties(core, *track)) return;
-    TrackPropertiesDialog dialog(parent, core, *track);
+    const std::optional<std::string> expression =
+        AskRandomExpression(parent, player, static_cast<const RandomEntry*>(ref.item)->Expression());
+    if (expression) player.SetRandomExpression(row, *expression);
+}
+
+void ShowEvaluatedTrackProperties(QWidget* parent, Player& player, int row) {
+    const RowRef ref = player.List().ItemAtRow(row);
+    if (!ref || ref.item->Kind() != ItemKind::kRandomEntry) return;
+    const TrackRecord* track = EvaluatedTrackOf(parent, *static_cast<const RandomEntry*>(ref.item));
+    if (!track || !PrepareTrackForProperties(parent, player, row, *track)) return;
+    TrackPropertiesDialog dialog(parent, player, row, *track);
     dialog.exec();
 }
 

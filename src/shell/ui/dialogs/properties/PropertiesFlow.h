@@ -1,13 +1,15 @@
 #pragma once
 // What happens before a track's properties open: a track whose information was never
 // retrieved asks "Information for this track is not retrieved.\nDo you want to retrieve
-// it now?" and, on Yes, retrieves it (honouring "ignoreID3Tags") and has the player
-// redraw; a track that does not exist says "Unknown file format." and opens nothing.
+// it now?" and, on Yes, has the player read it (honouring "ignoreID3Tags"); a track that
+// does not exist says "Unknown file format." and opens nothing.
 #include <string_view>
+
+class QWidget;
 
 namespace verdin {
 
-class PlayerCore;
+class Player;
 class RandomEntry;
 class TrackRecord;
 
@@ -18,10 +20,11 @@ inline constexpr std::string_view kUnknownFileFormat = "Unknown file format.";
 inline constexpr std::string_view kNotEvaluated = "This random entry has not picked a track yet.";
 inline constexpr std::string_view kNothingMatches = "No track of the sample space matches this random entry.";
 
-// True when the properties of the track may open.
-bool PrepareTrackForProperties(PlayerCore& core, TrackRecord& track);
+// True when the properties of the track at row (a random entry's pick for its row) may
+// open.
+bool PrepareTrackForProperties(QWidget* parent, Player& player, int row, const TrackRecord& track);
 
 // The track a random entry resolved to, or null after saying why there is none.
-TrackRecord* EvaluatedTrackOf(PlayerCore& core, const RandomEntry& entry);
+const TrackRecord* EvaluatedTrackOf(QWidget* parent, const RandomEntry& entry);
 
 }  // namespace verdin

@@ -3,7 +3,7 @@
 #include "playlist/random/CompiledExpression.h"
 #include "playlist/random/ExpressionHelp.h"
 #include "playlist/random/SampleSpace.h"
-#include "shell/PlayerCore.h"
+#include "shell/Player.h"
 #include "shell/ui/dialogs/common/FileChooser.h"
 #include "shell/ui/dialogs/common/VariableMenu.h"
 
@@ -39,8 +39,8 @@ QLabel* WrappedLabel(const QString& text, QWidget* parent) {
 
 }  // namespace
 
-RandomEntryDialog::RandomEntryDialog(QWidget* parent, PlayerCore& core, const std::string& expression)
-    : QDialog(parent), core_(core) {
+RandomEntryDialog::RandomEntryDialog(QWidget* parent, const Player& player, const std::string& expression)
+    : QDialog(parent), player_(player) {
     setObjectName(QStringLiteral("Random Entry Properties"));
     setWindowTitle(QStringLiteral("Random Entry Properties"));
     auto* layout = new QVBoxLayout(this);
@@ -108,7 +108,7 @@ void RandomEntryDialog::InsertPath() {
 }
 
 void RandomEntryDialog::UpdatePreview() {
-    const SampleSpace& space = core_.Samples();
+    const SampleSpace& space = player_.Samples();
     if (!space.Valid()) {
         preview_->setText(QStringLiteral("The sample space has not been created yet."));
         return;

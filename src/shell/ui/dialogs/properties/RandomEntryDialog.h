@@ -15,7 +15,7 @@ class QTimer;
 
 namespace verdin {
 
-class PlayerCore;
+class Player;
 
 // The home page the dialog links to.
 inline constexpr const char* kHomePageAddress = "https://brimfell.org/verdin/";
@@ -23,7 +23,7 @@ inline constexpr const char* kHomePageAddress = "https://brimfell.org/verdin/";
 class RandomEntryDialog : public QDialog {
     Q_OBJECT
 public:
-    RandomEntryDialog(QWidget* parent, PlayerCore& core, const std::string& expression);
+    RandomEntryDialog(QWidget* parent, const Player& player, const std::string& expression);
 
     std::string Expression() const;
     QLineEdit* ExpressionField() const { return expression_; }
@@ -40,7 +40,7 @@ public:
 private:
     void ShowHelp();
 
-    PlayerCore& core_;
+    const Player& player_;
     QLineEdit* expression_ = nullptr;
     QMenu* integerMenu_ = nullptr;
     QMenu* stringMenu_ = nullptr;

@@ -1,6 +1,6 @@
 #include "shell/ui/dialogs/properties/TagPage.h"
 
-#include "shell/PlayerHost.h"
+#include "shell/ui/MessageBoxes.h"
 #include "shell/ui/dialogs/common/FileChooser.h"
 #include "tags/FrameDisplay.h"
 #include "tags/FrameTable.h"
@@ -66,8 +66,7 @@ QString ValueShown(const FrameView& frame) {
 
 }  // namespace
 
-TagPage::TagPage(PlayerHost& host, std::string path, QWidget* parent)
-    : QWidget(parent), host_(host), path_(std::move(path)) {
+TagPage::TagPage(std::string path, QWidget* parent) : QWidget(parent), path_(std::move(path)) {
     auto* layout = new QVBoxLayout(this);
     versionLabel_ = new QLabel(this);
     versionLabel_->setObjectName(QStringLiteral("tagVersion"));
@@ -120,7 +119,7 @@ void TagPage::Reload() {
     // A file that opened but whose tag is damaged is shown as far as it was read; the
     // user asked for it, so what went wrong is said.
     if (result.opened && !result.error.empty())
-        host_.ShowMessage(ComposeTagErrorMessage(result.error), MessageIcon::kWarning);
+        ShowMessageBox(this, ComposeTagErrorMessage(result.error), MessageIcon::kWarning);
     FillFrames();
     FillEditors();
 }
@@ -160,7 +159,7 @@ bool TagPage::SaveAttachmentTo(int frameIndex, const std::string& path) {
     if (frameIndex < 0 || static_cast<size_t>(frameIndex) >= tag_.size()) return false;
     const std::string error = SaveAttachment(tag_[static_cast<size_t>(frameIndex)], path);
     if (error.empty()) return true;
-    host_.ShowMessage("The attachment could not be saved:\n" + error, MessageIcon::kError);
+    ShowMessageBox(this, "The attachment could not be saved:\n" + error, MessageIcon::kError);
     return false;
 }
 
@@ -182,7 +181,7 @@ bool TagPage::WriteChanges() {
     if (edits.empty()) return true;
     const std::string error = WriteTagFrames(path_, edits);
     if (!error.empty()) {
-        host_.ShowMessage("The tag could not be written:\n" + error, MessageIcon::kError);
+        ShowMessageBox(this, "The tag could not be written:\n" + error, MessageIcon::kError);
         return false;
     }
     Reload();

@@ -22,12 +22,11 @@ class QTreeWidget;
 
 namespace verdin {
 
-class PlayerHost;
 
 class TagPage : public QWidget {
     Q_OBJECT
 public:
-    TagPage(PlayerHost& host, std::string path, QWidget* parent = nullptr);
+    explicit TagPage(std::string path, QWidget* parent = nullptr);
 
     // Reads the file again and shows what it holds.
     void Reload();
@@ -55,7 +54,6 @@ private:
     void SelectionChanged();
     void SaveSelectedAttachment();
 
-    PlayerHost& host_;
     const std::string path_;
     TrackTag tag_;
     TagVersion version_;

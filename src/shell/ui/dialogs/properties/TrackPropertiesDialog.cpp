@@ -1,7 +1,8 @@
 #include "shell/ui/dialogs/properties/TrackPropertiesDialog.h"
 
 #include "playlist/TrackRecord.h"
-#include "shell/PlayerCore.h"
+#include "engine/input/InputModuleList.h"
+#include "shell/Player.h"
 #include "shell/ui/dialogs/properties/GeneralPageText.h"
 #include "shell/ui/dialogs/properties/TagPage.h"
 
@@ -14,15 +15,15 @@
 namespace verdin {
 namespace {
 
-InputModule* ModuleOf(const PlayerCore& core, const TrackRecord& track) {
+InputModule* ModuleOf(const Player& player, const TrackRecord& track) {
     if (track.IsNullTrack()) return nullptr;
-    return core.Modules().FindModuleFor(track.FullName(), track.AudioStart());
+    return player.Modules().FindModuleFor(track.FullName(), track.AudioStart());
 }
 
 }  // namespace
 
-TrackPropertiesDialog::TrackPropertiesDialog(QWidget* parent, PlayerCore& core, TrackRecord& track)
-    : QDialog(parent), core_(core), track_(track) {
+TrackPropertiesDialog::TrackPropertiesDialog(QWidget* parent, Player& player, int row, const TrackRecord& track)
+    : QDialog(parent), player_(player), row_(row), track_(track) {
     setObjectName(QStringLiteral("Track Properties"));
     setWindowTitle(QStringLiteral("Track Properties"));
     auto* layout = new QVBoxLayout(this);
@@ -38,7 +39,7 @@ TrackPropertiesDialog::TrackPropertiesDialog(QWidget* parent, PlayerCore& core, 
     tabs_->addTab(general_, QStringLiteral("General"));
 
     if (!track_.IsUrl() && !track_.IsNullTrack()) {
-        tags_ = new TagPage(core_.Host(), track_.FullName(), tabs_);
+        tags_ = new TagPage(track_.FullName(), tabs_);
         connect(tags_, &TagPage::TagWritten, this, &TrackPropertiesDialog::TagWritten);
         tabs_->addTab(tags_, QStringLiteral("ID3 Tag"));
     }
@@ -47,7 +48,7 @@ TrackPropertiesDialog::TrackPropertiesDialog(QWidget* parent, PlayerCore& core, 
     auto* buttons = new QDialogButtonBox(QDialogButtonBox::Close, this);
     fileInfo_ = buttons->addButton(QStringLiteral("File Info..."), QDialogButtonBox::ActionRole);
     fileInfo_->setObjectName(QStringLiteral("fileInfo"));
-    InputModule* module = ModuleOf(core_, track_);
+    InputModule* module = ModuleOf(player_, track_);
     fileInfo_->setEnabled(module && module->ops && module->ops->ShowFileInfo);
     connect(fileInfo_, &QPushButton::clicked, this, &TrackPropertiesDialog::ShowModuleFileInfo);
     connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
@@ -58,7 +59,7 @@ TrackPropertiesDialog::TrackPropertiesDialog(QWidget* parent, PlayerCore& core, 
 QString TrackPropertiesDialog::GeneralText() const { return general_->text(); }
 
 bool TrackPropertiesDialog::ShowModuleFileInfo() {
-    InputModule* module = ModuleOf(core_, track_);
+    InputModule* module = ModuleOf(player_, track_);
     if (!module || !module->ops || !module->ops->ShowFileInfo) return false;
     module->ops->ShowFileInfo(module, track_.FullName().c_str(), track_.AudioStart());
     return true;
@@ -66,9 +67,8 @@ bool TrackPropertiesDialog::ShowModuleFileInfo() {
 
 void TrackPropertiesDialog::TagWritten() {
     // The tag's size decides where the audio starts, and its frames make the title.
-    track_.RetrieveInformation(core_.Modules(), core_.GetSettings().ignoreID3Tags != 0);
+    player_.RereadTrack(row_);
     general_->setText(QString::fromStdString(GeneralPageText(track_)));
-    core_.Host().Refresh(true);
 }
 
 }  // namespace verdin

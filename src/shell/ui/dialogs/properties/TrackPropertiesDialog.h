@@ -1,8 +1,8 @@
 #pragma once
 // The properties of one track: the "General" page (GeneralPageText.h), the tag page for a
 // local file, and a button that hands the file to its input module's own information
-// dialog. A tag written from the tag page makes the track read its information again
-// (its title and audio start may have changed) and the player redraw.
+// dialog. A tag written from the tag page has the player read the track's information
+// again (its title and audio start may have changed).
 #include <QDialog>
 
 class QLabel;
@@ -11,14 +11,15 @@ class QTabWidget;
 
 namespace verdin {
 
-class PlayerCore;
+class Player;
 class TagPage;
 class TrackRecord;
 
 class TrackPropertiesDialog : public QDialog {
     Q_OBJECT
 public:
-    TrackPropertiesDialog(QWidget* parent, PlayerCore& core, TrackRecord& track);
+    // The track shown is the one at row (a random entry's pick for a random entry's row).
+    TrackPropertiesDialog(QWidget* parent, Player& player, int row, const TrackRecord& track);
 
     QString GeneralText() const;
     TagPage* Tags() const { return tags_; }
@@ -28,8 +29,9 @@ public:
 private:
     void TagWritten();
 
-    PlayerCore& core_;
-    TrackRecord& track_;
+    Player& player_;
+    const int row_;
+    const TrackRecord& track_;
     QTabWidget* tabs_ = nullptr;
     QLabel* general_ = nullptr;
     TagPage* tags_ = nullptr;
