@@ -54,6 +54,20 @@ TEST_F(SystemTest, APlaylistDecodesIntoNumberedFilesHoldingExactlyEachTracksSamp
     }
 }
 
+TEST_F(SystemTest, TracksDeletedAfterPlayingLeaveAnEmptyPlaylistBehind) {
+    SeedSettings([this](Settings& s) {
+        DecodeToFiles(s);
+        s.deleteTracksAfterPlaying = 1;
+    });
+    auto player = Start({"--headless", "--quit-after-play", "/PLAY", Tone("a.wav", 0.2, 300), Tone("b.wav", 0.2, 400),
+                         Tone("c.wav", 0.2, 500)});
+    ASSERT_EQ(player->WaitForExit(30s), 0) << player->Output();
+    // Each entry numbered 1: the one before it was gone when it started.
+    EXPECT_TRUE(FileExists(OutDirectory() + "/1. c.wav"));
+    const std::string saved = ReadFile(home_.DefaultPlaylist());
+    EXPECT_EQ(saved.find(".wav"), std::string::npos) << saved;
+}
+
 TEST_F(SystemTest, RandomEntriesPickFromTheSampleSpace) {
     const std::string library = home_.dir.file("library");
     std::filesystem::create_directories(library);

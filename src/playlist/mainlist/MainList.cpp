@@ -41,14 +41,15 @@ void MainList::Announce(const ListChange& change) {
     for (size_t i = 0; i < listeners_.size(); ++i) listeners_[i](change);
 }
 
+// After an edit that freed no entry but the ones the edit forgot first.
 void MainList::FollowCurrentItem() {
     const int row = RowOfItem(tree_, currentItem_);
     if (row >= 0) {
         currentRow_ = row;
         return;
     }
-    // The current entry went with a playlist that was dissolved: the row stays where it
-    // was, within the list.
+    // The current entry was a playlist that was dissolved: the row stays where it was,
+    // within the list.
     currentRow_ = std::max(0, std::min(currentRow_, tree_.RowCount() - 1));
     currentItem_ = ItemAt(currentRow_);
     currentGone_ = false;
@@ -199,12 +200,20 @@ void MainList::Incorporate(const std::vector<int>& rows, std::string_view fileNa
 }
 
 void MainList::DropPlaylist(int row) {
-    if (!verdin::DropPlaylist(tree_, row)) return;
+    // The dropped playlist itself goes: when it is the current entry, the row stays.
+    const PlaylistItem* current = currentItem_;
+    if (row == currentRow_) currentItem_ = nullptr;
+    if (!verdin::DropPlaylist(tree_, row)) {
+        currentItem_ = current;
+        return;
+    }
     FollowCurrentItem();
     Edited({.rows = true, .current = true}, false);
 }
 
 void MainList::Flatten() {
+    // Every nested playlist goes: when one is the current entry, the row stays.
+    if (currentItem_ && currentItem_->Kind() == ItemKind::kPlaylist) currentItem_ = nullptr;
     FlattenMainPlaylist(tree_);
     FollowCurrentItem();
     Edited({.rows = true, .current = true}, false);
@@ -339,7 +348,8 @@ void MainList::SetCurrent(int row) {
     Announce({.current = true});
 }
 
-PlayOrder::Move MainList::MoveOn(bool loop, const PlaylistItem* finished, bool deleteFinished) {
+PlayOrder::Move MainList::MoveOn(bool loop, bool deleteFinished) {
+    const PlaylistItem* finished = currentGone_ ? nullptr : currentItem_;
     PlayOrder::Move move;
     if (Shuffle()) move = Order().MoveOn(tree_, currentRow_, true, loop);
     // Moving on from an entry that was deleted: the one that took its place comes next.

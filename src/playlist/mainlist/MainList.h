@@ -111,8 +111,9 @@ public:
     // The current row and moving through the play order.
     void SetCurrent(int row);
     // The track at the current row has ended: the next row of the order becomes current.
-    // `finished` (the item that played) is deleted afterwards when deleteFinished is set.
-    PlayOrder::Move MoveOn(bool loop, const PlaylistItem* finished = nullptr, bool deleteFinished = false);
+    // With deleteFinished the entry that played is deleted afterwards, unless it went
+    // already (the row that took its place is another entry).
+    PlayOrder::Move MoveOn(bool loop, bool deleteFinished = false);
     // The row that would follow the current one, without moving (-1: playback stops).
     int Following(bool loop);
     void MoveBack(bool loop);

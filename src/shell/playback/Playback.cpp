@@ -109,14 +109,12 @@ bool Playback::StartCurrentRow() {
         const std::string error = current_->ErrorText();
         current_.reset();
         loaded_.reset();
-        playing_ = nullptr;
         host_.SetTimersRunning(false);
         host_.ShowMessage(error, MessageIcon::kError);
         Announce(kDisplay);
         return false;
     }
     loaded_ = record ? std::make_unique<TrackRecord>(*record) : nullptr;
-    playing_ = list_.ItemAt(row);
     TrackStarted(PositionRangeFor(current_->Info().duration));
     return true;
 }
@@ -138,7 +136,6 @@ void Playback::CloseStreams() {
     if (current_) current_->CloseStream();
     current_.reset();
     loaded_.reset();
-    playing_ = nullptr;
 }
 
 void Playback::Stop() {
@@ -247,7 +244,6 @@ void Playback::ProgressTick() {
         return;
     }
 
-    const PlaylistItem* finished = playing_;
     const bool loop = settings_.loopMode != 0;
     const bool deleteFinished = settings_.deleteTracksAfterPlaying != 0;
     Stream* follower = current_->HandedOverTo();
@@ -259,15 +255,14 @@ void Playback::ProgressTick() {
         loaded_ = std::move(nextLoaded_);
         nextPrepared_ = false;
         ApplyPresetLink(current_->Path());
-        list_.MoveOn(loop, finished, deleteFinished);
-        playing_ = list_.ItemAt(list_.CurrentRow());
+        list_.MoveOn(loop, deleteFinished);
         TrackStarted(PositionRangeFor(current_->Info().duration));
         return;
     }
     const std::string error = current_->Failed() ? current_->ErrorText() : std::string();
     CloseStreams();
     if (!error.empty()) host_.ShowMessage(error, MessageIcon::kError);
-    const PlayOrder::Move move = list_.MoveOn(loop, finished, deleteFinished);
+    const PlayOrder::Move move = list_.MoveOn(loop, deleteFinished);
     if (move.keepPlaying && error.empty()) {
         Play(true);
         return;

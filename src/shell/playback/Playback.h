@@ -15,7 +15,6 @@
 // the equalizer values a preset link chooses. It tells whoever runs it what changed
 // through the announcement function. User-interface thread only.
 #include "engine/stream/Stream.h"
-#include "playlist/PlaylistItem.h"
 #include "playlist/titles/StatusLine.h"
 
 #include <cstdint>
@@ -111,8 +110,6 @@ private:
 
     std::unique_ptr<Stream> current_;
     std::unique_ptr<Stream> next_;
-    // The entry the current stream plays, for deleting it when it has played.
-    const PlaylistItem* playing_ = nullptr;
     bool nextPrepared_ = false;   // a next stream was tried for the current one
     std::unique_ptr<TrackRecord> loaded_;
     std::unique_ptr<TrackRecord> nextLoaded_;

@@ -80,6 +80,7 @@ MainWindow::MainWindow(WindowApplication& application)
         progress_->setMaximum(static_cast<int>(total));
         progress_->setValue(static_cast<int>(done));
     });
+    Adding().OnIdle([this] { ReadDeferredTracks(); });
     InstallAccelerators(*this, [this](Action action) { Run(action); });
     colours_ = MakeScopeColours(palette());
 
@@ -226,10 +227,7 @@ CommandContext MainWindow::Context() const {
 void MainWindow::RefreshDisplays(unsigned changes) {
     if (changes & kRowsChanged) {
         model_->Resync();
-        std::vector<DeferredTrack> taken = player_.TakeDeferredTracks();
-        deferred_.insert(deferred_.end(), std::make_move_iterator(taken.begin()), std::make_move_iterator(taken.end()));
-        if (!deferred_.empty() && (!Adding().Busy() || deferred_.size() >= kRetrievalBatch))
-            retrieval_->Enqueue(std::exchange(deferred_, {}));
+        ReadDeferredTracks();
     } else {
         // The settings hold the templates the row texts are made with.
         if (changes & (kTextsChanged | kSettingsChanged)) model_->TextsChanged();
@@ -254,6 +252,13 @@ void MainWindow::RefreshDisplays(unsigned changes) {
         analyzer_->update();
         oscilloscope_->update();
     }
+}
+
+void MainWindow::ReadDeferredTracks() {
+    std::vector<DeferredTrack> taken = player_.TakeDeferredTracks();
+    deferred_.insert(deferred_.end(), std::make_move_iterator(taken.begin()), std::make_move_iterator(taken.end()));
+    if (!deferred_.empty() && (!Adding().Busy() || deferred_.size() >= kRetrievalBatch))
+        retrieval_->Enqueue(std::exchange(deferred_, {}));
 }
 
 void MainWindow::ApplySettings(bool force) {

@@ -103,6 +103,9 @@ private:
     void ApplyHeader();
     void UpdateHeightRule(bool bandsChanged);
     void UpdateSummaries(bool list);
+    // The tracks added without their information go to the retrieval: in a few large jobs
+    // while an addition is still going in, the rest once it is in.
+    void ReadDeferredTracks();
     void UpdateCheckMarks();
     void CheckVolumeSupport();
     void ShowContextMenu(int row, const QPoint& globalPosition);

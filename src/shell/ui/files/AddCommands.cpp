@@ -126,6 +126,7 @@ void AddCommands::RunSlice() {
     pending_.pop_front();
     if (play) player_.Execute(Action::kPlay);
     if (!pending_.empty()) QTimer::singleShot(0, &sliceContext_, [this] { RunSlice(); });
+    else if (idle_) idle_();
 }
 
 }  // namespace verdin

@@ -13,6 +13,7 @@
 #include <QObject>
 #include <QUrl>
 #include <deque>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -32,6 +33,8 @@ public:
 
     // Whether names are still waiting to go into the list.
     bool Busy() const { return !pending_.empty(); }
+    // Called whenever the last queued addition has gone in.
+    void OnIdle(std::function<void()> idle) { idle_ = std::move(idle); }
 
     void OpenFiles();
     void OpenDirectory();
@@ -70,6 +73,7 @@ private:
 
     Player& player_;
     QWidget& owner_;
+    std::function<void()> idle_;
     std::deque<Addition> pending_;
     QObject sliceContext_;  // the next slice's timer dies with the commands
 };

@@ -56,7 +56,7 @@ void Key(MainWindow& window, Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::
 }
 
 // Plays the first row and waits until its output runs.
-bool PlayFirstRow(PlayerCore& core) {
+bool PlayFirstRow(Player& core) {
     core.PlayRow(0);
     return WaitUntil([&] { return core.CurrentStream() && core.CurrentStream()->OutputStarted(); });
 }
@@ -128,13 +128,11 @@ void MainWindowTests::captionWaitsForStartUpThenFollowsTheTemplate() {
     options.commandText = tone;
     WindowApplication app(options);
     MainWindow window(app);
-    window.RefreshDisplays(true);
+    window.RefreshDisplays(~0u);
     QCOMPARE(window.windowTitle(), QStringLiteral("Retrieving track information..."));
     app.StartUp(nullptr);
-    window.RefreshDisplays(true);
     QCOMPARE(window.windowTitle(), QStringLiteral("[1.] caption <stopped>"));
-    app.Core().GetSettings().customizedCaption = 0;
-    window.RefreshDisplays(false);
+    app.GetPlayer().ChangeSettings([](Settings& s) { s.customizedCaption = 0; });
     QCOMPARE(window.windowTitle(), QStringLiteral("Verdin"));
 }
 
@@ -157,12 +155,12 @@ void MainWindowTests::keysRunTheirCommands() {
     WindowHome home;
     home.Seed();
     WindowRun run;
-    Settings& s = run.Core().GetSettings();
-    const std::map<QString, int32_t*> fields = {
+    const Settings& s = run.Core().GetSettings();
+    const std::map<QString, const int32_t*> fields = {
         {"loopMode", &s.loopMode}, {"shuffleMode", &s.shuffleMode}, {"frequencyAnalyzer", &s.frequencyAnalyzer},
         {"oscilloscope", &s.oscilloscope}, {"enableVisualizationPlugins", &s.enableVisualizationPlugins},
         {"showPlaylist", &s.showPlaylist}};
-    int32_t* field = fields.at(setting);
+    const int32_t* field = fields.at(setting);
     QAction* entry = run.Window().Menus().checkable.find(menuId)->second;
     const int32_t before = *field;
     Key(run.Window(), Qt::Key(key));
@@ -333,7 +331,7 @@ void MainWindowTests::insertKeyInsertsAtSelectionOnlyWithViewFocus() {
     home.Seed();
     WindowRun run("\"" + a + "\" \"" + b + "\" \"" + c + "\"");
     MainWindow& window = run.Window();
-    Playlist& main = run.Core().MainPlaylist();
+    const Playlist& main = run.Core().List();
     QCOMPARE(main.RowCount(), 3);
     window.activateWindow();
     window.View().setFocus();
@@ -360,7 +358,7 @@ void MainWindowTests::addFilesDialogAppendsOrInserts() {
     home.Seed();
     WindowRun run("\"" + a + "\" \"" + b + "\"");
     MainWindow& window = run.Window();
-    Playlist& main = run.Core().MainPlaylist();
+    const Playlist& main = run.Core().List();
     window.View().setFocus();
     window.View().SelectRows({1});
     {
@@ -407,7 +405,7 @@ void MainWindowTests::enterPlaysAndDeleteRemovesTheSelection() {
 
     window.View().SelectRows({0, 1});
     Key(window, Qt::Key_Delete);
-    const Playlist& main = run.Core().MainPlaylist();
+    const Playlist& main = run.Core().List();
     QCOMPARE(main.RowCount(), 1);
     QCOMPARE(main.ItemAtRow(0).item->Body(), std::string("c"));
     QCOMPARE(run.Core().CurrentRow(), 0);
@@ -559,7 +557,7 @@ void MainWindowTests::contextMenuFitsTheRowUnderTheMouse() {
     home.Seed();
     WindowRun run("\"" + a + "\"");
     MainWindow& window = run.Window();
-    run.Core().ExecuteAction(Action::kAddNewPlaylist);
+    run.Core().Execute(Action::kAddNewPlaylist);
     QCOMPARE(window.Model().rowCount(), 2);
     auto shownAfter = [&](int row) -> QMenu* {
         const QRect rect = row >= 0 ? window.View().visualRect(window.Model().index(row, 0))
@@ -629,7 +627,7 @@ void MainWindowTests::analyzerDrawsWhilePlaying() {
     QVERIFY(WaitUntil([&] {
         return barsAboveRow(run.Window().Analyzer(), 4) > 0 && rowsCrossed(run.Window().Oscilloscope()) >= 4;
     }));
-    run.Core().Stop();
+    run.Core().Execute(Action::kStop);
     QVERIFY(WaitUntil([&] {
         return rowsCrossed(run.Window().Analyzer()) == 0 && rowsCrossed(run.Window().Oscilloscope()) == 0;
     }));
@@ -673,7 +671,7 @@ void MainWindowTests::dropsAppendFilesFoldersAndLinks() {
     home.Seed();
     WindowRun run;
     MainWindow& window = run.Window();
-    const Playlist& main = run.Core().MainPlaylist();
+    const Playlist& main = run.Core().List();
     // A selection with the focus in the view does not matter: drops append.
     window.DropUrls({QUrl::fromLocalFile(QString::fromStdString(a))});
     window.View().setFocus();
@@ -709,10 +707,10 @@ void MainWindowTests::largeDropGoesInBySlices() {
     MainWindow& window = run.Window();
     // The same file 1,000 times: four slices, the first of them at once.
     window.DropUrls(QList<QUrl>(1000, QUrl::fromLocalFile(QString::fromStdString(one))));
-    QCOMPARE(run.Core().MainPlaylist().RowCount(), int(AddCommands::kSlice));
+    QCOMPARE(run.Core().List().RowCount(), int(AddCommands::kSlice));
     QVERIFY(window.Adding().Busy());
     QVERIFY(WaitUntil([&] { return !window.Adding().Busy() && !window.Retrieval().Busy(); }));
-    const Playlist& main = run.Core().MainPlaylist();
+    const Playlist& main = run.Core().List();
     QCOMPARE(main.RowCount(), 1000);
     QCOMPARE(window.Model().rowCount(), 1000);
     for (int row = 0; row < 1000; ++row)
@@ -732,7 +730,7 @@ void MainWindowTests::openReplacesAndPlays() {
     Key(run.Window(), Qt::Key_L);
     QCOMPARE(watcher.Dialogs(), QStringList{QStringLiteral("Open File(s)")});
     QVERIFY(WaitUntil([&] { return run.Core().Playing() && run.Core().CurrentStream()->Path() == new1; }));
-    const Playlist& main = run.Core().MainPlaylist();
+    const Playlist& main = run.Core().List();
     QCOMPARE(main.RowCount(), 2);
     QCOMPARE(main.ItemAtRow(1).item->Body(), std::string("new2"));
     QCOMPARE(run.Core().CurrentRow(), 0);
@@ -780,7 +778,7 @@ void MainWindowTests::urlPromptAddsTheAddress() {
     Key(run.Window(), Qt::Key_Insert, Qt::ControlModifier);
     QCOMPARE(caption, QStringLiteral("Add URL"));
     QCOMPARE(label, QStringLiteral("Enter URL (e.g. http://radio.example.org:8000/stream.mp3)"));
-    const Playlist& main = run.Core().MainPlaylist();
+    const Playlist& main = run.Core().List();
     QCOMPARE(main.RowCount(), 1);
     QCOMPARE(static_cast<const TrackItem*>(main.ItemAtRow(0).item)->Track().FullName(),
              std::string("http://radio.example.org/live.mp3"));
@@ -825,13 +823,14 @@ void MainWindowTests::draggedRowsMoveWithTheCurrentRow() {
     home.Seed();
     WindowRun run(command);
     MainWindow& window = run.Window();
-    run.Core().SetCurrentRow(1);
+    run.Core().PlayRow(1);
+    run.Core().Execute(Action::kStop);
     window.View().SelectRows({1, 2});
     // Dragging "b" and "c" below "d", as the view hands the drop to its model.
     PlaylistModel& model = window.Model();
     std::unique_ptr<QMimeData> data(model.mimeData({model.index(1, 0), model.index(2, 0)}));
     QVERIFY(model.dropMimeData(data.get(), Qt::MoveAction, 4, 0, {}));
-    const Playlist& main = run.Core().MainPlaylist();
+    const Playlist& main = run.Core().List();
     std::string order;
     for (int row = 0; row < main.RowCount(); ++row) order += main.ItemAtRow(row).item->Body();
     QCOMPARE(order, std::string("adbc"));
@@ -853,7 +852,7 @@ void MainWindowTests::folderChooserAddsADirectory() {
     Key(run.Window(), Qt::Key_Insert, Qt::ShiftModifier);
     QCOMPARE(watcher.Dialogs(), QStringList{QStringLiteral("Select directory to add")});
     QVERIFY(WaitUntil([&] { return !run.Window().Adding().Busy(); }));
-    const Playlist& main = run.Core().MainPlaylist();
+    const Playlist& main = run.Core().List();
     QCOMPARE(main.RowCount(), 2);
     std::set<std::string> bodies{main.ItemAtRow(0).item->Body(), main.ItemAtRow(1).item->Body()};
     QCOMPARE(bodies, (std::set<std::string>{"a", "b"}));
@@ -867,8 +866,7 @@ void MainWindowTests::alwaysOnTopFollowsTheSetting() {
     WindowRun run;
     MainWindow& window = run.Window();
     QVERIFY(window.windowFlags() & Qt::WindowStaysOnTopHint);
-    run.Core().GetSettings().normalWindowAlwaysOnTop = 0;
-    window.RefreshDisplays(false);
+    run.Core().ChangeSettings([](Settings& s) { s.normalWindowAlwaysOnTop = 0; });
     QVERIFY(!(window.windowFlags() & Qt::WindowStaysOnTopHint));
     QVERIFY(window.isVisible());
 }

@@ -1,0 +1,134 @@
+// The player as its faces use it, without windows or sound: the command text, commands
+// that need a window, quitting, settings changes, and what the player announces.
+#include "shell/PlayerCore.h"
+
+#include "playlist/RandomEntry.h"
+#include "settings/store/SettingsStore.h"
+
+#include "PcmFixtures.h"
+#include "TempDir.h"
+
+#include <QSettings>
+#include <filesystem>
+#include <gtest/gtest.h>
+
+namespace verdin {
+namespace {
+
+class RecordingHost final : public PlayerHost {
+public:
+    std::vector<std::string> said;  // messages, questions and the commands said to need a window
+    int quits = 0;
+    void ShowMessage(std::string_view text, MessageIcon) override { said.emplace_back(text); }
+    bool AskYesNo(std::string_view text, MessageIcon) override {
+        said.emplace_back(text);
+        return true;
+    }
+    void SetTimersRunning(bool) override {}
+    void RefreshNow() override {}
+    void WindowCommandUnavailable(std::string_view command) override { said.emplace_back(command); }
+    void Quit() override { ++quits; }
+};
+
+class PlayerTest : public ::testing::Test {
+protected:
+    PlayerTest() {
+        QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, QString::fromStdString(dir_.str()));
+        SetDefaultValues(settings_, environment_);
+        settings_.outputType = 1;  // decoding to files: no sound device needed
+        settings_.decodeDirectory = dir_.str();
+        settings_.inputPluginsSearchPath = std::string(VERDIN_TEST_PLUGIN_DIR) + ";";
+        settings_.dspPluginsSearchPath = "";
+        core_.LoadPlugins(nullptr);
+        core_.StartUp("");
+        player_.Listen([this](unsigned changes) { announced_ |= changes; });
+    }
+    std::string Tone(const std::string& name) {
+        std::filesystem::create_directories(std::filesystem::path(dir_.file(name)).parent_path());
+        test::WriteWav(dir_.file(name), 1, 8000, 16, test::Bytes16(test::Sine16(800, 1, 8000, {440.0})));
+        return dir_.file(name);
+    }
+    std::string Bodies() {
+        std::string bodies;
+        for (int row = 0; row < player_.List().RowCount(); ++row) bodies += player_.List().ItemAtRow(row).item->Body() + " ";
+        return bodies;
+    }
+
+    test::TempDir dir_;
+    SettingsEnvironment environment_{"/p/bin", dir_.str(), dir_.str(), dir_.str()};
+    Settings settings_;
+    RecordingHost host_;
+    PlayerCore core_{settings_, environment_, host_};
+    Player& player_ = core_.Face();
+    unsigned announced_ = 0;
+};
+
+TEST_F(PlayerTest, TheCommandTextAddsFilesAndDirectoriesAndPlayReplacesAndPlays) {
+    const std::string a = Tone("a.wav");
+    Tone("in/b.wav");
+    Tone("in/c.wav");
+    // A name that does not exist, a URL among them, adds nothing.
+    player_.ExecuteCommandText("\"" + a + "\" /no/such/path http://radio.example.org/x.mp3 " + dir_.file("in"));
+    EXPECT_EQ(Bodies(), "a b c ");
+    EXPECT_EQ(player_.CurrentRow(), 0);
+    EXPECT_FALSE(player_.Playing());
+    EXPECT_TRUE(announced_ & kRowsChanged);
+    player_.ExecuteCommandText("/play " + dir_.file("in"));
+    EXPECT_EQ(Bodies(), "b c ");
+    EXPECT_TRUE(player_.Playing());
+    // While the shell's list plays, a second "/PLAY" is taken for a path.
+    player_.ExecuteCommandText("/PLAY " + a);
+    EXPECT_EQ(Bodies(), "b c a ");
+}
+
+TEST_F(PlayerTest, CommandsSayWhenTheyNeedAWindowAndUnknownOnesAreNotHandled) {
+    EXPECT_FALSE(player_.Execute(50031));  // options
+    EXPECT_EQ(host_.said, (std::vector<std::string>{"Options...\tO"}));
+    EXPECT_FALSE(player_.Execute(99999));
+    EXPECT_TRUE(player_.Execute(40146)) << "accepted and ignored";
+    EXPECT_EQ(host_.said.size(), 1u);
+}
+
+TEST_F(PlayerTest, QuittingAsksOnlyAboutUnsavedNestedPlaylists) {
+    player_.AddPaths({Tone("1.wav"), Tone("2.wav")}, -1);
+    player_.Execute(50001);
+    EXPECT_EQ(host_.quits, 1);
+    EXPECT_TRUE(host_.said.empty()) << "the main playlist alone is never asked about";
+    player_.IncorporateRows({1});
+    player_.Execute(50001);
+    EXPECT_EQ(host_.said, (std::vector<std::string>{"The main playlist contains unsaved playlist(s).\nQuit anyway?"}));
+}
+
+TEST_F(PlayerTest, SettingsChangesAreSavedAndAnnounced) {
+    for (int32_t expected : {1, 0}) {
+        announced_ = 0;
+        EXPECT_TRUE(player_.Execute(50053));  // shuffle
+        EXPECT_TRUE(announced_ & kSettingsChanged);
+        Settings saved;
+        LoadUserSettings(saved, environment_);
+        EXPECT_EQ(saved.shuffleMode, expected);
+    }
+}
+
+TEST_F(PlayerTest, RebuildingTheSampleSpaceWhileARandomEntryIsCurrentLeavesNoStalePick) {
+    settings_.sampleSpaceSearchPath = dir_.file("space") + ";";
+    Tone("space/wanted.wav");
+    player_.AddRandomEntry(-1, "");
+    player_.PlayRow(0);
+    ASSERT_TRUE(player_.Playing());
+    player_.Execute(Action::kStop);
+    settings_.windowTitleTemplate = "%body%";
+    EXPECT_EQ(player_.Caption(), "wanted");
+    EXPECT_TRUE(player_.Execute(50104));  // (re)create the sample space
+    // The pick pointed into the space that was replaced: the entry has picked nothing yet.
+    EXPECT_EQ(player_.Caption(), "");
+}
+
+TEST(PositionRange, ShortTracksGetAPageOfOneLongerOnesASixteenth) {
+    EXPECT_EQ(Playback::PositionRangeFor(10000), (std::pair{10, 1}));
+    EXPECT_EQ(Playback::PositionRangeFor(15999), (std::pair{15, 1}));
+    EXPECT_EQ(Playback::PositionRangeFor(320000), (std::pair{339, 20}));
+}
+
+}  // namespace
+}  // namespace verdin
