@@ -1,10 +1,12 @@
-// The main window driven as a user drives it: keys, buttons, menus, the scroll bars,
-// the layout rules, against the state of the player core underneath.
+// The main window driven as a user drives it: keys, buttons, menus, the scroll bars, the
+// layout rules, drops and dialogs, against the state of the player underneath.
 #include "WindowKit.h"
 
 #include "ModalWatcher.h"
 
+#include "Files.h"
 #include "playlist/Playlist.h"
+#include "playlist/TrackItem.h"
 #include "shell/CommandTable.h"
 #include "shell/ui/analyzer/ScopeWindow.h"
 #include "shell/ui/controls/PositionControl.h"
@@ -12,29 +14,23 @@
 #include "shell/ui/controls/StatusWindow.h"
 #include "shell/ui/controls/VolumeControl.h"
 #include "shell/ui/files/AddCommands.h"
-#include "shell/ui/files/OpenFilters.h"
 #include "shell/ui/playlist/InformationRetrieval.h"
 #include "shell/ui/playlist/PlaylistModel.h"
 #include "shell/ui/playlist/PlaylistView.h"
 
-#include "Files.h"
-#include "playlist/TrackItem.h"
-
 #include <QAction>
 #include <QApplication>
-#include <QDialog>
 #include <QComboBox>
+#include <QDialog>
 #include <QDir>
 #include <QFileDialog>
-#include <QFileSystemModel>
-#include <QLineEdit>
-#include <QMimeData>
-#include <QProgressBar>
 #include <QHeaderView>
 #include <QLabel>
+#include <QLineEdit>
 #include <QMenu>
+#include <QMimeData>
+#include <QProgressBar>
 #include <QTest>
-#include <set>
 #include <QToolButton>
 
 using namespace verdin;
@@ -55,10 +51,23 @@ void Key(MainWindow& window, Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::
     QCoreApplication::processEvents();
 }
 
-// Plays the first row and waits until its output runs.
-bool PlayFirstRow(Player& core) {
-    core.PlayRow(0);
-    return WaitUntil([&] { return core.CurrentStream() && core.CurrentStream()->OutputStarted(); });
+// Plays a row and waits until its output runs.
+bool PlayRow(Player& player, int row = 0) {
+    player.PlayRow(row);
+    return WaitUntil([&] { return player.CurrentStream() && player.CurrentStream()->OutputStarted(); });
+}
+
+QString Bodies(const Playlist& main) {
+    std::string bodies;
+    for (int row = 0; row < main.RowCount(); ++row) bodies += main.ItemAtRow(row).item->Body() + " ";
+    return QString::fromStdString(bodies);
+}
+
+// A command text adding the home's tones of these names, one second each.
+std::string Tones(WindowHome& home, std::initializer_list<const char*> names, double seconds = 1) {
+    std::string command;
+    for (const char* name : names) command += "\"" + home.Tone(std::string(name) + ".wav", seconds) + "\" ";
+    return command;
 }
 
 }  // namespace
@@ -66,57 +75,74 @@ bool PlayFirstRow(Player& core) {
 class MainWindowTests : public QObject {
     Q_OBJECT
 private slots:
-    void windowsAreNamedAsThePlayerNamesThem();
+    void windowsMenusButtonsAndKeysFollowTheCommandTable();
     void captionWaitsForStartUpThenFollowsTheTemplate();
-    void keysRunTheirCommands_data();
-    void keysRunTheirCommands();
-    void volumeKeysStepAndClamp_data();
-    void volumeKeysStepAndClamp();
-    void volumeBarFollowsItsScrollRules_data();
-    void volumeBarFollowsItsScrollRules();
-    void positionBarPagesSeekOnlyWithATrack();
-    void positionThumbSaysMoveToThenSeeks();
-    void seekKeysStayAboveZero();
+    void keysToggleTheirSettingsAndCheckMarks_data();
+    void keysToggleTheirSettingsAndCheckMarks();
+    void volumeFollowsKeysAndItsBar_data();
+    void volumeFollowsKeysAndItsBar();
+    void positionBarAndSeekKeys();
     void playlistHiddenFixesTheHeight();
-    void insertKeyInsertsAtSelectionOnlyWithViewFocus();
-    void addFilesDialogAppendsOrInserts();
-    void enterPlaysAndDeleteRemovesTheSelection();
-    void summariesFollowListAndSelection();
+    void addingInsertsAtTheSelectionOnlyWithViewFocus();
+    void enterPlaysDeleteRemovesAndSummariesFollow();
     void layoutIsStoredAndRestored();
-    void buttonsCarryTheirToolTips();
-    void menusCarryTextsIdentifiersAndDefaults();
     void contextMenuFitsTheRowUnderTheMouse();
     void volumeWarningWhenTheOutputCannotChangeIt();
     void analyzerDrawsWhilePlaying();
-    void everyTableKeyIsAnAccelerator();
-    void dropsAppendFilesFoldersAndLinks();
-    void largeDropGoesInBySlices();
-    void openReplacesAndPlays();
-    void openDialogFiltersShowTheirTexts();
-    void urlPromptAddsTheAddress();
+    void dropsAppendFilesFoldersAndLinksInSlices();
+    void openReplacesAndPlaysWithTheModulesFilters();
+    void urlPromptAndFolderChooserAdd();
     void saveMainPlaylistWritesOrSaysWhy();
     void draggedRowsMoveWithTheCurrentRow();
-    void folderChooserAddsADirectory();
-    void alwaysOnTopFollowsTheSetting();
     void findAndFindNextSelectTheMatches();
     void dialogCommandsOpenTheirDialogs_data();
     void dialogCommandsOpenTheirDialogs();
 };
 
-void MainWindowTests::windowsAreNamedAsThePlayerNamesThem() {
+void MainWindowTests::windowsMenusButtonsAndKeysFollowTheCommandTable() {
     WindowHome home;
-    home.Seed();
+    home.Seed([](Settings& s) { s.normalWindowAlwaysOnTop = 1; });
     WindowRun run;
     MainWindow& window = run.Window();
-    QCOMPARE(window.objectName(), QStringLiteral("Verdin - Main Window"));
     for (const char* name : {"Verdin - Position Container", "Verdin - Volume Container", "Verdin - Status Window",
                              "Verdin - Playlist Container", "Verdin - Frequency Analyzer", "Verdin - Oscilloscope",
                              "Verdin - Visualization Plug-in Decoy", "msctls_statusbar32"})
         QVERIFY2(window.findChild<QWidget*>(QString::fromLatin1(name)), name);
-    QVERIFY(window.findChild<QWidget*>(QStringLiteral("Verdin - Visualization Plug-in Decoy"))->isHidden());
     QCOMPARE(window.Analyzer().size(), QSize(204, 20));
-    QCOMPARE(window.Oscilloscope().size(), QSize(204, 20));
-    QVERIFY(window.minimumWidth() >= 200);
+    // Each menu entry's identifier runs its text's command.
+    const MainMenus& menus = window.Menus();
+    for (QMenu* menu : {menus.file, menus.miscellaneous, menus.playlist, menus.trackContext, menus.playlistContext,
+                        menus.generalContext, menus.randomEntryContext})
+        for (QAction* action : menu->actions()) {
+            if (action->isSeparator() || action->menu()) continue;
+            const CommandEntry* entry = FindCommand(action->data().toUInt());
+            QVERIFY2(entry, qPrintable(action->text()));
+            if (!action->text().startsWith(QStringLiteral("Insert")) && !action->text().startsWith(QStringLiteral("Random")))
+                QCOMPARE(action->text(), Q(entry->menuText));
+        }
+    // The notification menu: the three popups, then the five transport commands.
+    const QList<QAction*> notify = menus.notifyIcon->actions();
+    QCOMPARE(notify[2]->menu(), menus.playlist);
+    QCOMPARE(notify.last()->text(), QStringLiteral("Next Track\t5"));
+    // Every button carries its tool tip and icon; every key of the table is a window shortcut.
+    const QList<QToolButton*> buttons = window.findChildren<QToolButton*>(QRegularExpression(QStringLiteral("^button-")));
+    QCOMPARE(buttons.size(), 16);
+    for (QToolButton* button : buttons) {
+        QVERIFY(!button->icon().isNull());
+        QCOMPARE(button->toolTip(), Q(ButtonToolTip(button->objectName().mid(7).toUInt())));
+    }
+    for (const CommandEntry& entry : CommandTable()) {
+        if (entry.key.empty()) continue;
+        auto* action = window.findChild<QAction*>(Q(entry.key), Qt::FindDirectChildrenOnly);
+        QVERIFY2(action && !action->shortcut().isEmpty(), std::string(entry.key).c_str());
+        QCOMPARE(action->shortcutContext(), Qt::WindowShortcut);
+    }
+    QCOMPARE(window.findChild<QAction*>(QStringLiteral("Num+-"))->shortcut(), QKeySequence(Qt::KeypadModifier | Qt::Key_Minus));
+    // Always on top follows the setting.
+    QVERIFY(window.windowFlags() & Qt::WindowStaysOnTopHint);
+    run.Core().ChangeSettings([](Settings& s) { s.normalWindowAlwaysOnTop = 0; });
+    QVERIFY(!(window.windowFlags() & Qt::WindowStaysOnTopHint));
+    QVERIFY(window.isVisible());
 }
 
 void MainWindowTests::captionWaitsForStartUpThenFollowsTheTemplate() {
@@ -136,90 +162,57 @@ void MainWindowTests::captionWaitsForStartUpThenFollowsTheTemplate() {
     QCOMPARE(window.windowTitle(), QStringLiteral("Verdin"));
 }
 
-void MainWindowTests::keysRunTheirCommands_data() {
+void MainWindowTests::keysToggleTheirSettingsAndCheckMarks_data() {
     QTest::addColumn<int>("key");
-    QTest::addColumn<QString>("setting");
+    QTest::addColumn<int>("field");  // offset of the setting in the record
     QTest::addColumn<uint>("menuId");
-    QTest::newRow("6 loop") << int(Qt::Key_6) << "loopMode" << 50052u;
-    QTest::newRow("7 shuffle") << int(Qt::Key_7) << "shuffleMode" << 50053u;
-    QTest::newRow("8 analyzer") << int(Qt::Key_8) << "frequencyAnalyzer" << 50054u;
-    QTest::newRow("9 oscilloscope") << int(Qt::Key_9) << "oscilloscope" << 50075u;
-    QTest::newRow("0 visualization") << int(Qt::Key_0) << "enableVisualizationPlugins" << 50114u;
-    QTest::newRow("P playlist") << int(Qt::Key_P) << "showPlaylist" << 50089u;
+    QTest::newRow("6 loop") << int(Qt::Key_6) << int(offsetof(Settings, loopMode)) << 50052u;
+    QTest::newRow("7 shuffle") << int(Qt::Key_7) << int(offsetof(Settings, shuffleMode)) << 50053u;
+    QTest::newRow("8 analyzer") << int(Qt::Key_8) << int(offsetof(Settings, frequencyAnalyzer)) << 50054u;
+    QTest::newRow("9 oscilloscope") << int(Qt::Key_9) << int(offsetof(Settings, oscilloscope)) << 50075u;
+    QTest::newRow("0 visualization") << int(Qt::Key_0) << int(offsetof(Settings, enableVisualizationPlugins)) << 50114u;
+    QTest::newRow("P playlist") << int(Qt::Key_P) << int(offsetof(Settings, showPlaylist)) << 50089u;
 }
 
-void MainWindowTests::keysRunTheirCommands() {
+void MainWindowTests::keysToggleTheirSettingsAndCheckMarks() {
     QFETCH(int, key);
-    QFETCH(QString, setting);
+    QFETCH(int, field);
     QFETCH(uint, menuId);
     WindowHome home;
     home.Seed();
     WindowRun run;
-    const Settings& s = run.Core().GetSettings();
-    const std::map<QString, const int32_t*> fields = {
-        {"loopMode", &s.loopMode}, {"shuffleMode", &s.shuffleMode}, {"frequencyAnalyzer", &s.frequencyAnalyzer},
-        {"oscilloscope", &s.oscilloscope}, {"enableVisualizationPlugins", &s.enableVisualizationPlugins},
-        {"showPlaylist", &s.showPlaylist}};
-    const int32_t* field = fields.at(setting);
+    auto value = [&] {
+        return *reinterpret_cast<const int32_t*>(reinterpret_cast<const char*>(&run.Core().GetSettings()) + field);
+    };
     QAction* entry = run.Window().Menus().checkable.find(menuId)->second;
-    const int32_t before = *field;
-    Key(run.Window(), Qt::Key(key));
-    QCOMPARE(*field, before ? 0 : 1);
-    // The menu entry shows the new state as its check mark.
-    QCOMPARE(entry->isChecked(), *field != 0);
-    Key(run.Window(), Qt::Key(key));
-    QCOMPARE(*field, before);
-    QCOMPARE(entry->isChecked(), *field != 0);
+    const int32_t before = value();
+    for (int32_t expected : {before ? 0 : 1, before}) {
+        Key(run.Window(), Qt::Key(key));
+        QCOMPARE(value(), expected);
+        QCOMPARE(entry->isChecked(), expected != 0);
+    }
 }
 
-void MainWindowTests::volumeKeysStepAndClamp_data() {
-    QTest::addColumn<int>("start");
-    QTest::addColumn<int>("key");
-    QTest::addColumn<int>("expected");
-    QTest::newRow("up 64000") << 64000 << int(Qt::Key_Up) << 65535;
-    QTest::newRow("up 1000") << 1000 << int(Qt::Key_Up) << 3048;
-    QTest::newRow("down 1000") << 1000 << int(Qt::Key_Down) << 0;
-    QTest::newRow("down 40000") << 40000 << int(Qt::Key_Down) << 37952;
-}
-
-void MainWindowTests::volumeKeysStepAndClamp() {
-    QFETCH(int, start);
-    QFETCH(int, key);
-    QFETCH(int, expected);
-    WindowHome home;
-    home.Seed([&](Settings& s) {
-        s.SetVolume(static_cast<uint16_t>(start));
-        s.showVolumeControl = 1;
-    });
-    WindowRun run;
-    Key(run.Window(), Qt::Key(key), Qt::ControlModifier);
-    QCOMPARE(int(run.Core().GetSettings().Volume()), expected);
-    // The bar shows half the volume; the high bits of the setting travel unchanged.
-    QCOMPARE(run.Window().Volume().Bar().value(), expected / 2);
-    QCOMPARE(uint32_t(run.Core().GetSettings().mainVolume) >> 16, 0xFFFFu);
-}
-
-void MainWindowTests::volumeBarFollowsItsScrollRules_data() {
+void MainWindowTests::volumeFollowsKeysAndItsBar_data() {
     QTest::addColumn<int>("start");
     QTest::addColumn<QString>("gesture");
     QTest::addColumn<int>("thumb");
     QTest::addColumn<int>("expectedVolume");
-    QTest::addColumn<int>("expectedBar");
-    QTest::newRow("page left at 1000") << 1000 << "pageLeft" << 0 << 0 << 0;
-    QTest::newRow("page right at 64000") << 64000 << "pageRight" << 0 << 65535 << 32767;
-    QTest::newRow("page right at 1000") << 1000 << "pageRight" << 0 << 3048 << 1524;
-    QTest::newRow("thumb 32767") << 0 << "thumb" << 32767 << 65535 << 32767;
-    QTest::newRow("thumb 16384") << 0 << "thumb" << 16384 << 32768 << 16384;
-    QTest::newRow("thumb 3") << 0 << "thumb" << 3 << 7 << 3;
-    QTest::newRow("arrow right ignored") << 30000 << "arrowRight" << 0 << 30000 << 15000;
+    QTest::newRow("Ctrl+Up at 64000") << 64000 << "up" << 0 << 65535;
+    QTest::newRow("Ctrl+Up at 1000") << 1000 << "up" << 0 << 3048;
+    QTest::newRow("Ctrl+Down at 1000") << 1000 << "down" << 0 << 0;
+    QTest::newRow("page left at 1000") << 1000 << "pageLeft" << 0 << 0;
+    QTest::newRow("page right at 1000") << 1000 << "pageRight" << 0 << 3048;
+    QTest::newRow("thumb 32767") << 0 << "thumb" << 32767 << 65535;
+    QTest::newRow("thumb 3") << 0 << "thumb" << 3 << 7;
+    QTest::newRow("arrow right ignored") << 30000 << "arrowRight" << 0 << 30000;
 }
 
-void MainWindowTests::volumeBarFollowsItsScrollRules() {
+void MainWindowTests::volumeFollowsKeysAndItsBar() {
     QFETCH(int, start);
     QFETCH(QString, gesture);
     QFETCH(int, thumb);
     QFETCH(int, expectedVolume);
-    QFETCH(int, expectedBar);
     WindowHome home;
     home.Seed([&](Settings& s) {
         s.SetVolume(static_cast<uint16_t>(start));
@@ -227,75 +220,59 @@ void MainWindowTests::volumeBarFollowsItsScrollRules() {
     });
     WindowRun run;
     ControlScrollBar& bar = run.Window().Volume().Bar();
-    QVERIFY(!run.Window().Bands().Band(kVolumeBand)->isHidden());
+    if (gesture == "up" || gesture == "down")
+        Key(run.Window(), gesture == "up" ? Qt::Key_Up : Qt::Key_Down, Qt::ControlModifier);
     if (gesture == "pageLeft") bar.triggerAction(QAbstractSlider::SliderPageStepSub);
     if (gesture == "pageRight") bar.triggerAction(QAbstractSlider::SliderPageStepAdd);
     if (gesture == "arrowRight") bar.triggerAction(QAbstractSlider::SliderSingleStepAdd);
     if (gesture == "thumb") {
         bar.setSliderDown(true);
         bar.setSliderPosition(thumb);
-        // While held, the bar stays where the user holds it.
-        QCOMPARE(bar.sliderPosition(), thumb);
+        QCOMPARE(bar.sliderPosition(), thumb);  // held where the user holds it
         bar.setSliderDown(false);
     }
     QCOMPARE(int(run.Core().GetSettings().Volume()), expectedVolume);
-    QCOMPARE(bar.value(), expectedBar);
+    // The bar shows half the volume; the high bits of the setting travel unchanged.
+    QCOMPARE(bar.value(), expectedVolume / 2);
+    QCOMPARE(uint32_t(run.Core().GetSettings().mainVolume) >> 16, 0xFFFFu);
 }
 
-void MainWindowTests::positionBarPagesSeekOnlyWithATrack() {
+void MainWindowTests::positionBarAndSeekKeys() {
     WindowHome home;
     const std::string tone = home.Tone("long.wav", 30);
     home.Seed();
     WindowRun run(tone);
+    Player& player = run.Core();
     ControlScrollBar& bar = run.Window().Position().Bar();
-    // No track current: a page click moves nothing.
+    // No track playing: a page click moves nothing.
     bar.triggerAction(QAbstractSlider::SliderPageStepAdd);
     QCOMPARE(bar.value(), 0);
-    QVERIFY(!run.Core().Playing());
-
-    QVERIFY(PlayFirstRow(run.Core()));
-    // A 30 s track: 30 + 30/16 - 1 = 30 with a page of 1, so the last position is 30.
+    QVERIFY(PlayRow(player));
+    // A 30 s track: 30 + 30/16 - 1 = 30 with a page of 1.
     QCOMPARE(bar.maximum(), 30);
     bar.triggerAction(QAbstractSlider::SliderPageStepAdd);
-    QVERIFY(WaitUntil([&] { return run.Core().PositionMs() >= 5000; }));
-    QVERIFY(bar.value() >= 5);
+    QVERIFY(WaitUntil([&] { return player.PositionMs() >= 5000 && bar.value() >= 5; }));
     bar.triggerAction(QAbstractSlider::SliderPageStepSub);
     bar.triggerAction(QAbstractSlider::SliderPageStepSub);
-    QVERIFY(WaitUntil([&] { return run.Core().PositionMs() < 3000; }));
+    QVERIFY(WaitUntil([&] { return player.PositionMs() < 3000; }));
     QCOMPARE(bar.value(), 0);
-}
-
-void MainWindowTests::positionThumbSaysMoveToThenSeeks() {
-    WindowHome home;
-    const std::string tone = home.Tone("drag.wav", 20);
-    home.Seed();
-    WindowRun run(tone);
-    QVERIFY(PlayFirstRow(run.Core()));
-    ControlScrollBar& bar = run.Window().Position().Bar();
+    // The thumb held: the status line says where it would go, the tick leaves it alone.
     bar.setSliderDown(true);
     bar.setSliderPosition(12);
-    QCOMPARE(run.Window().Status().Text(), QStringLiteral("Move to 0:12 (0:20)"));
-    // The progress tick leaves a held thumb alone.
-    QTest::qWait(250);
+    QCOMPARE(run.Window().Status().Text(), QStringLiteral("Move to 0:12 (0:30)"));
+    QVERIFY(WaitUntil([&] { return player.PositionMs() >= 1000; }));
     QCOMPARE(bar.sliderPosition(), 12);
     bar.setSliderDown(false);
-    QVERIFY(WaitUntil([&] { return run.Core().PositionMs() >= 12000; }));
+    QVERIFY(WaitUntil([&] { return player.PositionMs() >= 12000; }));
     QVERIFY(!run.Window().Status().Text().startsWith(QStringLiteral("Move to")));
-    QVERIFY(!run.Core().PositionHold());
-}
-
-void MainWindowTests::seekKeysStayAboveZero() {
-    WindowHome home;
-    const std::string tone = home.Tone("seek.wav", 20);
-    home.Seed();
-    WindowRun run(tone);
-    QVERIFY(PlayFirstRow(run.Core()));
+    // The seek keys, never below zero.
+    Key(run.Window(), Qt::Key_Left, Qt::ControlModifier);
+    Key(run.Window(), Qt::Key_Left, Qt::ControlModifier);
+    Key(run.Window(), Qt::Key_Left, Qt::ControlModifier);
+    QVERIFY(WaitUntil([&] { return player.PositionMs() < 3000; }));
     Key(run.Window(), Qt::Key_Right, Qt::ControlModifier);
-    QVERIFY(WaitUntil([&] { return run.Core().PositionMs() >= 5000; }));
-    Key(run.Window(), Qt::Key_Left, Qt::ControlModifier);
-    Key(run.Window(), Qt::Key_Left, Qt::ControlModifier);
-    QVERIFY(WaitUntil([&] { return run.Core().PositionMs() < 3000; }));
-    QVERIFY(run.Core().Playing());
+    QVERIFY(WaitUntil([&] { return player.PositionMs() >= 5000; }));
+    QVERIFY(player.Playing());
 }
 
 void MainWindowTests::playlistHiddenFixesTheHeight() {
@@ -305,58 +282,26 @@ void MainWindowTests::playlistHiddenFixesTheHeight() {
     MainWindow& window = run.Window();
     window.resize(500, 400);
     QVERIFY(WaitUntil([&] { return window.height() == 400; }));
-    QCOMPARE(window.minimumHeight(), 150);
     Key(window, Qt::Key_P);
     QVERIFY(window.PlaylistContainer().isHidden());
     const int bars = window.minimumHeight();
     QCOMPARE(window.maximumHeight(), bars);
     QVERIFY(bars > 0 && bars < 150);
-    window.resize(500, 600);
-    QCoreApplication::processEvents();
-    QCOMPARE(window.height(), bars);
     // A band shown on a line of its own makes the window as much taller.
     Key(window, Qt::Key_8);
     QVERIFY(WaitUntil([&] { return window.minimumHeight() > bars; }));
     QCOMPARE(window.maximumHeight(), window.minimumHeight());
     Key(window, Qt::Key_P);
-    QVERIFY(!window.PlaylistContainer().isHidden());
     QCOMPARE(window.minimumHeight(), 150);
     QVERIFY(window.maximumHeight() > 10000);
     QVERIFY(WaitUntil([&] { return window.height() == 400; }));
 }
 
-void MainWindowTests::insertKeyInsertsAtSelectionOnlyWithViewFocus() {
+void MainWindowTests::addingInsertsAtTheSelectionOnlyWithViewFocus() {
     WindowHome home;
-    const std::string a = home.Tone("a.wav", 1), b = home.Tone("b.wav", 1), c = home.Tone("c.wav", 1);
-    home.Seed();
-    WindowRun run("\"" + a + "\" \"" + b + "\" \"" + c + "\"");
-    MainWindow& window = run.Window();
-    const Playlist& main = run.Core().List();
-    QCOMPARE(main.RowCount(), 3);
-    window.activateWindow();
-    window.View().setFocus();
-    window.View().SelectRows({1});
-    QVERIFY(window.Context().viewHasFocus);
-    Key(window, Qt::Key_Insert, Qt::AltModifier);
-    QCOMPARE(main.RowCount(), 4);
-    QCOMPARE(main.ItemAtRow(1).item->Kind(), ItemKind::kPlaylist);
-    QCOMPARE(window.Model().rowCount(), 4);
-
-    window.View().clearFocus();
-    window.setFocus();
-    QVERIFY(!window.Context().viewHasFocus);
-    Key(window, Qt::Key_Insert, Qt::AltModifier);
-    QCOMPARE(main.RowCount(), 5);
-    QCOMPARE(main.ItemAtRow(4).item->Kind(), ItemKind::kPlaylist);
-    QCOMPARE(main.ItemAtRow(1).item->Kind(), ItemKind::kPlaylist);
-}
-
-void MainWindowTests::addFilesDialogAppendsOrInserts() {
-    WindowHome home;
-    const std::string a = home.Tone("a.wav", 1), b = home.Tone("b.wav", 1);
     const std::string x = home.Tone("x.wav", 2), y = home.Tone("y.wav", 3);
     home.Seed();
-    WindowRun run("\"" + a + "\" \"" + b + "\"");
+    WindowRun run(Tones(home, {"a", "b"}));
     MainWindow& window = run.Window();
     const Playlist& main = run.Core().List();
     window.View().setFocus();
@@ -366,10 +311,8 @@ void MainWindowTests::addFilesDialogAppendsOrInserts() {
         Key(window, Qt::Key_Insert);
         QCOMPARE(watcher.Dialogs(), QStringList{QStringLiteral("Add File(s)")});
     }
-    QCOMPARE(main.RowCount(), 4);
-    QCOMPARE(main.ItemAtRow(1).item->Body(), std::string("x"));
-    QCOMPARE(main.ItemAtRow(2).item->Body(), std::string("y"));
-    QCOMPARE(main.ItemAtRow(3).item->Body(), std::string("b"));
+    Key(window, Qt::Key_Insert, Qt::AltModifier);  // a new playlist
+    QCOMPARE(Bodies(main), QStringLiteral("a x y Untitled b "));  // the selection followed "b"
     // The information arrives from the worker threads.
     QVERIFY(WaitUntil([&] { return main.ItemAtRow(2).item->Duration() == 3000; }));
     QCOMPARE(window.Model().data(window.Model().index(2, 2)).toString(), QStringLiteral("0:03"));
@@ -378,66 +321,43 @@ void MainWindowTests::addFilesDialogAppendsOrInserts() {
     window.setFocus();
     {
         ModalWatcher watcher(ChooseFiles({QString::fromStdString(x)}));
-        run.Window().Dispatch(50013);
+        window.Dispatch(50013);
     }
-    QCOMPARE(main.RowCount(), 5);
-    QCOMPARE(main.ItemAtRow(4).item->Body(), std::string("x"));
-    // Cancelling changes nothing.
     {
-        ModalWatcher watcher(ChooseFiles({}));
-        run.Window().Dispatch(50013);
+        ModalWatcher watcher(ChooseFiles({}));  // cancelled: nothing changes
+        window.Dispatch(50013);
     }
-    QCOMPARE(main.RowCount(), 5);
+    Key(window, Qt::Key_Insert, Qt::AltModifier);
+    QCOMPARE(Bodies(main), QStringLiteral("a x y Untitled b x Untitled "));
 }
 
-void MainWindowTests::enterPlaysAndDeleteRemovesTheSelection() {
+void MainWindowTests::enterPlaysDeleteRemovesAndSummariesFollow() {
     WindowHome home;
-    const std::string a = home.Tone("a.wav", 10), b = home.Tone("b.wav", 10), c = home.Tone("c.wav", 10);
-    home.Seed();
-    WindowRun run("\"" + a + "\" \"" + b + "\" \"" + c + "\"");
-    MainWindow& window = run.Window();
-    window.View().setFocus();
-    window.View().SelectRows({2});
-    QTest::keyClick(&window.View(), Qt::Key_Return);
-    QVERIFY(run.Core().Playing());
-    QCOMPARE(run.Core().CurrentRow(), 2);
-    QCOMPARE(run.Core().CurrentStream()->Path(), c);
-
-    window.View().SelectRows({0, 1});
-    Key(window, Qt::Key_Delete);
-    const Playlist& main = run.Core().List();
-    QCOMPARE(main.RowCount(), 1);
-    QCOMPARE(main.ItemAtRow(0).item->Body(), std::string("c"));
-    QCOMPARE(run.Core().CurrentRow(), 0);
-    QCOMPARE(window.Model().rowCount(), 1);
-    QCOMPARE(window.Model().data(window.Model().index(0, 1)).toString(), QStringLiteral("1."));
-}
-
-void MainWindowTests::summariesFollowListAndSelection() {
-    WindowHome home;
-    const std::string a = home.Tone("a.wav", 2), b = home.Tone("b.wav", 3);
     home.Seed();
     WindowRun run;
     MainWindow& window = run.Window();
-    QCOMPARE(window.Model().rowCount(), 1);
     QCOMPARE(window.Model().data(window.Model().index(0, 0)).toString(), QStringLiteral("Empty playlist"));
     QCOMPARE(window.ListSummaryLabel().text(), QStringLiteral("No tracks"));
     QCOMPARE(window.SelectionSummaryLabel().text(), QStringLiteral("No items selected"));
-    window.DropUrls({QUrl::fromLocalFile(QString::fromStdString(a)), QUrl::fromLocalFile(QString::fromStdString(b))});
-    QVERIFY(WaitUntil([&] { return window.ListSummaryLabel().text() == QStringLiteral("2 tracks (0:05)"); }));
-    window.View().SelectRows({1});
-    QCOMPARE(window.SelectionSummaryLabel().text(), QStringLiteral("One distinct item (one track) selected (0:03)"));
-    window.View().selectAll();
+    std::vector<std::string> tones;
+    for (const char* name : {"a", "b", "c"}) tones.push_back(home.Tone(std::string(name) + ".wav", 2 + (*name - 'a')));
+    QList<QUrl> urls;
+    for (const std::string& tone : tones) urls << QUrl::fromLocalFile(Q(tone));
+    window.DropUrls(urls);
+    QVERIFY(WaitUntil([&] { return window.ListSummaryLabel().text() == QStringLiteral("3 tracks (0:09)"); }));
+    window.View().setFocus();
+    window.View().SelectRows({2});
+    QCOMPARE(window.SelectionSummaryLabel().text(), QStringLiteral("One distinct item (one track) selected (0:04)"));
+    QTest::keyClick(&window.View(), Qt::Key_Return);
+    QCOMPARE(run.Core().CurrentStream()->Path(), tones[2]);
+
+    window.View().SelectRows({0, 1});
     QCOMPARE(window.SelectionSummaryLabel().text(), QStringLiteral("2 distinct items (2 tracks) selected (0:05)"));
-    // Every cell the view shows is the core's text for that row.
-    const PlaylistModel& model = window.Model();
-    for (int row = 0; row < 2; ++row) {
-        const RowCells cells = run.Core().CellsOfRow(row);
-        for (int column = 0; column < kPlaylistColumns; ++column)
-            QCOMPARE(model.data(model.index(row, column)).toString(), Q(cells[static_cast<size_t>(column)]));
-    }
-    QCOMPARE(model.data(model.index(0, 5)).toString(), QStringLiteral("16 bit stereo"));
-    QCOMPARE(model.headerData(6, Qt::Horizontal).toString(), QStringLiteral("File size"));
+    Key(window, Qt::Key_Delete);
+    QCOMPARE(Bodies(run.Core().List()), QStringLiteral("c "));
+    QCOMPARE(run.Core().CurrentRow(), 0);
+    QCOMPARE(window.Model().data(window.Model().index(0, 1)).toString(), QStringLiteral("1."));
+    QCOMPARE(window.Model().data(window.Model().index(0, 5)).toString(), QStringLiteral("16 bit stereo"));
 }
 
 void MainWindowTests::layoutIsStoredAndRestored() {
@@ -449,7 +369,6 @@ void MainWindowTests::layoutIsStoredAndRestored() {
         QHeaderView* header = window.View().header();
         // The default order shows "No" first, then "Title".
         QCOMPARE(header->logicalIndex(0), 1);
-        QCOMPARE(header->logicalIndex(1), 0);
         QCOMPARE(header->sectionSize(0), 300);
         header->moveSection(header->visualIndex(6), 0);
         header->resizeSection(2, 123);
@@ -457,31 +376,21 @@ void MainWindowTests::layoutIsStoredAndRestored() {
         // The status band dragged to the front of the first line, as the user drags it.
         window.insertToolBar(window.Bands().Band(103), window.Bands().Band(115));
         QCoreApplication::processEvents();
-
     }
     Settings saved = home.Saved();
     QCOMPARE(saved.playlistHeaderOrder[0], 6);
     QCOMPARE(saved.playlistHeaderWidth[2], 123);
     QCOMPARE(saved.mainWindowPlacement.right - saved.mainWindowPlacement.left, 520);
     QCOMPARE(saved.mainWindowPlacement.bottom - saved.mainWindowPlacement.top, 410);
-    // The bands as the window had them, band identifiers kept: the status band first on
-    // the first line, with a width of its own; the transport band flexible still (it took
-    // what its line mates left); the last band of a line and a band alone on its line with
-    // what they asked for; the hidden bands where they were.
-    int32_t sum = 0;
-    for (const RebarBand& band : saved.rebarBandArray) sum += band.id;
-    QCOMPARE(sum, 808);
+    // The bands as the window had them: the status band first on the first line with a
+    // width of its own; the transport band flexible still; the last band of a line and a
+    // band alone on its line with what they asked for; the hidden bands where they were.
     QCOMPARE(saved.rebarBandArray[0].id, 115);
     QVERIFY(saved.rebarBandArray[0].width > 0 && saved.rebarBandArray[0].width < 999);
-    QCOMPARE(saved.rebarBandArray[1], (RebarBand{103, 999, 0}));
-    QCOMPARE(saved.rebarBandArray[2], (RebarBand{125, 0, 0}));
-    QCOMPARE(saved.rebarBandArray[3], (RebarBand{114, 0, 1}));
-    QCOMPARE(saved.rebarBandArray[4], (RebarBand{124, 0, 1}));
-    QCOMPARE(saved.rebarBandArray[5], (RebarBand{111, 999, 1}));
-    QCOMPARE(saved.rebarBandArray[6], (RebarBand{116, 0, 0}));
+    const std::array<RebarBand, 6> rest{RebarBand{103, 999, 0}, {125, 0, 0}, {114, 0, 1}, {124, 0, 1}, {111, 999, 1}, {116, 0, 0}};
+    for (size_t i = 0; i < rest.size(); ++i) QCOMPARE(saved.rebarBandArray[i + 1], rest[i]);
 
-    // A stored band layout is applied: the oscilloscope first, on the line of the
-    // transport band.
+    // A stored band layout is applied: the oscilloscope first, on the transport band's line.
     home.Seed([&](Settings& s) {
         s = saved;
         s.oscilloscope = 1;
@@ -501,64 +410,12 @@ void MainWindowTests::layoutIsStoredAndRestored() {
     QVERIFY(window.Bands().Band(111)->geometry().top() > transport.top());
 }
 
-void MainWindowTests::buttonsCarryTheirToolTips() {
-    WindowHome home;
-    home.Seed();
-    WindowRun run;
-    for (uint32_t button : {104u, 106u, 107u, 108u, 110u, 112u, 113u, 114u, 118u, 119u, 121u, 122u, 124u, 125u, 128u, 131u}) {
-        auto* tool = run.Window().findChild<QToolButton*>(QStringLiteral("button-%1").arg(button));
-        QVERIFY2(tool, qPrintable(QString::number(button)));
-        QCOMPARE(tool->toolTip(), Q(ButtonToolTip(button)));
-        QVERIFY(!tool->icon().isNull());
-    }
-    QCOMPARE(Q(ButtonToolTip(110)), QStringLiteral("Next track in playlist, shortcut key: 5\nHold down shift to crossfade"));
-}
-
-void MainWindowTests::menusCarryTextsIdentifiersAndDefaults() {
-    WindowHome home;
-    home.Seed();
-    WindowRun run;
-    const MainMenus& menus = run.Window().Menus();
-    QCOMPARE(menus.file->title(), QStringLiteral("File"));
-    QCOMPARE(menus.miscellaneous->title(), QStringLiteral("Miscellaneous"));
-    QCOMPARE(menus.playlist->title(), QStringLiteral("Playlist"));
-    QCOMPARE(menus.notifyIcon->title(), QStringLiteral("Notify Icon"));
-    QCOMPARE(menus.file->defaultAction()->text(), QStringLiteral("Open File(s)...\tL"));
-    QCOMPARE(menus.miscellaneous->defaultAction()->text(), QStringLiteral("Options...\tO"));
-    QCOMPARE(menus.playlist->defaultAction()->text(), QStringLiteral(" \tShow Playlist (P)"));
-    // The notification menu: the three popups, then the five transport commands.
-    const QList<QAction*> notify = menus.notifyIcon->actions();
-    QCOMPARE(notify[0]->menu(), menus.file);
-    QCOMPARE(notify[1]->menu(), menus.miscellaneous);
-    QCOMPARE(notify[2]->menu(), menus.playlist);
-    QStringList transport;
-    for (QAction* action : notify.mid(4)) transport << action->text();
-    QCOMPARE(transport, (QStringList{"Previous Track\t1", "Stop\t2", "Pause\t3", "Play\t4", "Next Track\t5"}));
-    // Each entry's identifier runs its text's command.
-    for (QMenu* menu : {menus.file, menus.miscellaneous, menus.playlist, menus.trackContext, menus.playlistContext,
-                        menus.generalContext, menus.randomEntryContext})
-        for (QAction* action : menu->actions()) {
-            if (action->isSeparator() || action->menu()) continue;
-            const CommandEntry* entry = FindCommand(action->data().toUInt());
-            QVERIFY2(entry, qPrintable(action->text()));
-            if (action->text() != QStringLiteral("Insert File(s)...\tInsert") &&
-                action->text() != QStringLiteral("Random Entry Properties...\tAlt + Enter"))
-                QCOMPARE(action->text(), Q(entry->menuText));
-        }
-    QCOMPARE(menus.trackContext->title(), QStringLiteral("Track"));
-    QCOMPARE(menus.playlistContext->title(), QStringLiteral("Playlist"));
-    QCOMPARE(menus.generalContext->title(), QStringLiteral("General"));
-    QCOMPARE(menus.randomEntryContext->title(), QStringLiteral("Random entry"));
-}
-
 void MainWindowTests::contextMenuFitsTheRowUnderTheMouse() {
     WindowHome home;
-    const std::string a = home.Tone("a.wav", 1);
     home.Seed();
-    WindowRun run("\"" + a + "\"");
+    WindowRun run(Tones(home, {"a"}));
     MainWindow& window = run.Window();
     run.Core().Execute(Action::kAddNewPlaylist);
-    QCOMPARE(window.Model().rowCount(), 2);
     auto shownAfter = [&](int row) -> QMenu* {
         const QRect rect = row >= 0 ? window.View().visualRect(window.Model().index(row, 0))
                                     : QRect(QPoint(5, window.View().viewport()->height() - 5), QSize(1, 1));
@@ -591,7 +448,6 @@ void MainWindowTests::volumeWarningWhenTheOutputCannotChangeIt() {
     QCOMPARE(watcher.Boxes().front(),
              QStringLiteral("Verdin: Your output device does not support volume changes. The volume control will be "
                             "disabled."));
-    QVERIFY(!run.Window().VolumeControlEnabled());
     QVERIFY(!run.Window().Volume().isEnabled());
 }
 
@@ -603,69 +459,33 @@ void MainWindowTests::analyzerDrawsWhilePlaying() {
         s.oscilloscope = 1;
     });
     WindowRun run(tone);
-    QVERIFY(PlayFirstRow(run.Core()));
-    // Bars rise in the analyzer and a trace swings across the oscilloscope. Columns
-    // 96..103 lie between the two channels and keep the background.
-    auto background = [](const ScopeWindow& scope) { return scope.Pixels()[100]; };
-    auto barsAboveRow = [&](const ScopeWindow& scope, int row) {
-        int count = 0;
-        for (int x = 0; x < kScopeWidth; ++x)
-            for (int r = row; r < kScopeHeight; ++r)
-                if (scope.Pixels()[static_cast<size_t>(r * kScopeWidth + x)] != background(scope)) ++count;
-        return count;
-    };
-    auto rowsCrossed = [&](const ScopeWindow& scope) {
+    QVERIFY(PlayRow(run.Core()));
+    // Bars rise in the analyzer and a trace swings across the oscilloscope. Column 100
+    // lies between the two channels and keeps the background.
+    auto rowsDrawn = [](const ScopeWindow& scope) {
         int rows = 0;
         for (int r = 0; r < kScopeHeight; ++r)
             for (int x = 0; x < kScopeWidth; ++x)
-                if (scope.Pixels()[static_cast<size_t>(r * kScopeWidth + x)] != background(scope)) {
+                if (scope.Pixels()[static_cast<size_t>(r * kScopeWidth + x)] != scope.Pixels()[100]) {
                     ++rows;
                     break;
                 }
         return rows;
     };
-    QVERIFY(WaitUntil([&] {
-        return barsAboveRow(run.Window().Analyzer(), 4) > 0 && rowsCrossed(run.Window().Oscilloscope()) >= 4;
-    }));
+    QVERIFY(WaitUntil([&] { return rowsDrawn(run.Window().Analyzer()) >= 4 && rowsDrawn(run.Window().Oscilloscope()) >= 4; }));
     run.Core().Execute(Action::kStop);
-    QVERIFY(WaitUntil([&] {
-        return rowsCrossed(run.Window().Analyzer()) == 0 && rowsCrossed(run.Window().Oscilloscope()) == 0;
-    }));
+    QVERIFY(WaitUntil([&] { return rowsDrawn(run.Window().Analyzer()) + rowsDrawn(run.Window().Oscilloscope()) == 0; }));
 }
 
-void MainWindowTests::everyTableKeyIsAnAccelerator() {
-    WindowHome home;
-    home.Seed();
-    WindowRun run;
-    int keys = 0;
-    for (const CommandEntry& entry : CommandTable()) {
-        if (entry.key.empty()) continue;
-        ++keys;
-        auto* action = run.Window().findChild<QAction*>(Q(entry.key), Qt::FindDirectChildrenOnly);
-        QVERIFY2(action, std::string(entry.key).c_str());
-        QVERIFY2(!action->shortcut().isEmpty(), std::string(entry.key).c_str());
-        QCOMPARE(action->shortcutContext(), Qt::WindowShortcut);
-    }
-    QVERIFY(keys >= 40);
-    auto shortcutOf = [&](const char* key) {
-        return run.Window().findChild<QAction*>(QString::fromLatin1(key), Qt::FindDirectChildrenOnly)->shortcut();
-    };
-    QCOMPARE(shortcutOf("Num+-"), QKeySequence(Qt::KeypadModifier | Qt::Key_Minus));
-    QCOMPARE(shortcutOf("Num++"), QKeySequence(Qt::KeypadModifier | Qt::Key_Plus));
-    QCOMPARE(shortcutOf("Ctrl+Alt+Ins"), QKeySequence(Qt::ControlModifier | Qt::AltModifier | Qt::Key_Insert));
-    QCOMPARE(run.Window().findChild<QAction*>(QStringLiteral("Alt+Return"))->shortcuts().size(), 2);
-    // Shift+5 crossfades to the next track; without a prepared track it still moves on.
-    QCOMPARE(shortcutOf("Shift+5"), QKeySequence(Qt::ShiftModifier | Qt::Key_5));
-}
-
-void MainWindowTests::dropsAppendFilesFoldersAndLinks() {
+void MainWindowTests::dropsAppendFilesFoldersAndLinksInSlices() {
     WindowHome home;
     const std::string a = home.Tone("a.wav", 1);
     const std::string folder = home.Path("music/album");
     QVERIFY(QDir().mkpath(QString::fromStdString(folder)));
     QVERIFY(QDir().mkpath(QString::fromStdString(home.Path("music/other"))));
-    const std::string t1 = home.Tone("album/t1.wav", 1), t2 = home.Tone("album/t2.wav", 1);
-    const std::string loose = home.Tone("other/loose.wav", 2);
+    home.Tone("album/t1.wav", 1);
+    home.Tone("album/t2.wav", 1);
+    home.Tone("other/loose.wav", 2);
     QVERIFY(QFile::link(QString::fromStdString(home.Path("music/other")), QString::fromStdString(home.Path("to-other"))));
     test::WriteFile(home.Path("link.desktop"), "[Desktop Entry]\nType=Link\nURL=file://" + a + "\n");
     home.Seed();
@@ -673,122 +493,94 @@ void MainWindowTests::dropsAppendFilesFoldersAndLinks() {
     MainWindow& window = run.Window();
     const Playlist& main = run.Core().List();
     // A selection with the focus in the view does not matter: drops append.
-    window.DropUrls({QUrl::fromLocalFile(QString::fromStdString(a))});
+    window.DropUrls({QUrl::fromLocalFile(Q(a))});
     window.View().setFocus();
     window.View().SelectRows({0});
     QMimeData data;
-    data.setUrls({QUrl::fromLocalFile(QString::fromStdString(folder)),
-                  QUrl::fromLocalFile(QString::fromStdString(home.Path("to-other"))),
-                  QUrl::fromLocalFile(QString::fromStdString(home.Path("link.desktop")))});
+    data.setUrls({QUrl::fromLocalFile(Q(folder)), QUrl::fromLocalFile(Q(home.Path("to-other"))),
+                  QUrl::fromLocalFile(Q(home.Path("link.desktop")))});
     // Offered as a move (a file manager's Shift+drag): taken as a copy all the same.
     QDragEnterEvent enter(QPoint(20, 20), Qt::CopyAction | Qt::MoveAction, &data, Qt::LeftButton, Qt::ShiftModifier);
     QCoreApplication::sendEvent(&window, &enter);
-    QVERIFY(enter.isAccepted());
     QCOMPARE(enter.dropAction(), Qt::CopyAction);
     QDropEvent drop(QPointF(20, 20), Qt::CopyAction | Qt::MoveAction, &data, Qt::LeftButton, Qt::ShiftModifier);
     drop.setDropAction(Qt::MoveAction);
     QCoreApplication::sendEvent(&window, &drop);
     QCOMPARE(drop.dropAction(), Qt::CopyAction);
     QVERIFY(WaitUntil([&] { return !window.Adding().Busy(); }));
-    std::vector<std::string> bodies;
-    for (int row = 0; row < main.RowCount(); ++row) bodies.push_back(main.ItemAtRow(row).item->Body());
-    QCOMPARE(bodies, (std::vector<std::string>{"a", "t1", "t2", "loose", "a"}));
+    QCOMPARE(Bodies(main), QStringLiteral("a t1 t2 loose a "));
     // The folder linked to is added under its own name.
     QCOMPARE(main.ItemAtRow(3).item->Path(), home.Path("music/other") + "/");
     QCOMPARE(run.Core().CurrentRow(), 0);
     QVERIFY(!run.Core().Playing());
-}
 
-void MainWindowTests::largeDropGoesInBySlices() {
-    WindowHome home;
-    const std::string one = home.Tone("one.wav", 0.2);
-    home.Seed();
-    WindowRun run;
-    MainWindow& window = run.Window();
     // The same file 1,000 times: four slices, the first of them at once.
-    window.DropUrls(QList<QUrl>(1000, QUrl::fromLocalFile(QString::fromStdString(one))));
-    QCOMPARE(run.Core().List().RowCount(), int(AddCommands::kSlice));
-    QVERIFY(window.Adding().Busy());
+    run.Core().ClearList();
+    window.DropUrls(QList<QUrl>(1000, QUrl::fromLocalFile(Q(a))));
+    QCOMPARE(main.RowCount(), int(AddCommands::kSlice));
     QVERIFY(WaitUntil([&] { return !window.Adding().Busy() && !window.Retrieval().Busy(); }));
-    const Playlist& main = run.Core().List();
-    QCOMPARE(main.RowCount(), 1000);
     QCOMPARE(window.Model().rowCount(), 1000);
     for (int row = 0; row < 1000; ++row)
         QVERIFY(static_cast<const TrackItem*>(main.ItemAtRow(row).item)->Track().InfoRetrieved());
-    QCOMPARE(window.ListSummaryLabel().text(), QStringLiteral("1000 tracks (3:20)"));
+    QCOMPARE(window.ListSummaryLabel().text(), QStringLiteral("1000 tracks (16:40)"));
     QVERIFY(window.RetrievalProgress().isHidden());
 }
 
-void MainWindowTests::openReplacesAndPlays() {
+void MainWindowTests::openReplacesAndPlaysWithTheModulesFilters() {
     WindowHome home;
-    const std::string old1 = home.Tone("old1.wav", 10), old2 = home.Tone("old2.wav", 10);
     const std::string new1 = home.Tone("new1.wav", 10), new2 = home.Tone("new2.wav", 10);
     home.Seed();
-    WindowRun run("/PLAY \"" + old1 + "\" \"" + old2 + "\"");
+    WindowRun run("/PLAY " + Tones(home, {"old1", "old2"}, 10));
     QVERIFY(WaitUntil([&] { return run.Core().Playing(); }));
-    ModalWatcher watcher(ChooseFiles({QString::fromStdString(new1), QString::fromStdString(new2)}));
+    QStringList filters;
+    ModalWatcher watcher([&](QWidget& modal) {
+        auto* combo = modal.findChild<QComboBox*>(QStringLiteral("fileTypeCombo"));
+        for (int i = 0; combo && i < combo->count(); ++i) filters << combo->itemText(i);
+        return ChooseFiles({Q(new1), Q(new2)})(modal);
+    });
     Key(run.Window(), Qt::Key_L);
     QCOMPARE(watcher.Dialogs(), QStringList{QStringLiteral("Open File(s)")});
     QVERIFY(WaitUntil([&] { return run.Core().Playing() && run.Core().CurrentStream()->Path() == new1; }));
-    const Playlist& main = run.Core().List();
-    QCOMPARE(main.RowCount(), 2);
-    QCOMPARE(main.ItemAtRow(1).item->Body(), std::string("new2"));
-    QCOMPARE(run.Core().CurrentRow(), 0);
+    QCOMPARE(Bodies(run.Core().List()), QStringLiteral("new1 new2 "));
+    QCOMPARE(filters.front(), QStringLiteral("All supported files"));
+    QCOMPARE(filters.at(1), QStringLiteral("Playlist files (*.M3U;*.PLS;*.VDP)"));
+    QCOMPARE(filters.filter(QStringLiteral("*.WAV"), Qt::CaseInsensitive).size(), 1);  // the sound file module's
+    QCOMPARE(filters.back(), QStringLiteral("All files (*.*)"));
 }
 
-void MainWindowTests::openDialogFiltersShowTheirTexts() {
+void MainWindowTests::urlPromptAndFolderChooserAdd() {
     WindowHome home;
-    home.Seed();
-    WindowRun run;
-    QStringList shown;
-    QStringList playlistPatterns;
-    ModalWatcher watcher([&](QWidget& modal) {
-        auto* dialog = qobject_cast<QFileDialog*>(&modal);
-        auto* combo = modal.findChild<QComboBox*>(QStringLiteral("fileTypeCombo"));
-        if (!dialog || !combo) return false;
-        for (int i = 0; i < combo->count(); ++i) shown << combo->itemText(i);
-        dialog->selectNameFilter(dialog->nameFilters().at(1));
-        playlistPatterns = modal.findChild<QFileSystemModel*>()->nameFilters();
-        dialog->reject();
-        return true;
-    });
-    Key(run.Window(), Qt::Key_L);
-    QStringList expected;
-    for (const DialogFilter& filter : OpenFileFilters(run.Core().Modules().FileTypeFilters()))
-        expected << QString::fromStdString(filter.display);
-    QCOMPARE(shown, expected);
-    QCOMPARE(shown.front(), QStringLiteral("All supported files"));
-    QCOMPARE(shown.at(1), QStringLiteral("Playlist files (*.M3U;*.PLS;*.VDP)"));
-    QCOMPARE(shown.back(), QStringLiteral("All files (*.*)"));
-    QCOMPARE(playlistPatterns, (QStringList{"*.M3U", "*.PLS", "*.VDP"}));
-}
-
-void MainWindowTests::urlPromptAddsTheAddress() {
-    WindowHome home;
+    QVERIFY(QDir().mkpath(QString::fromStdString(home.Path("music/set"))));
+    home.Tone("set/b.wav", 1);
+    test::WriteFile(home.Path("music/set/notes.txt"), "not audio");
     home.Seed();
     WindowRun run;
     QString label;
-    QString caption;
-    ModalWatcher watcher([&](QWidget& modal) {
-        if (modal.objectName() != QStringLiteral("Get URL Dialog")) return false;
-        label = modal.findChild<QLabel*>()->text();
-        caption = modal.windowTitle();
-        return TypeUrl(QStringLiteral("http://radio.example.org/live.mp3"))(modal);
-    });
-    Key(run.Window(), Qt::Key_Insert, Qt::ControlModifier);
-    QCOMPARE(caption, QStringLiteral("Add URL"));
+    {
+        ModalWatcher watcher([&](QWidget& modal) {
+            if (modal.objectName() != QStringLiteral("Get URL Dialog")) return false;
+            label = modal.findChild<QLabel*>()->text();
+            return TypeUrl(QStringLiteral("http://radio.example.org/live.mp3"))(modal);
+        });
+        Key(run.Window(), Qt::Key_Insert, Qt::ControlModifier);
+        QCOMPARE(watcher.Dialogs(), QStringList{QStringLiteral("Add URL")});
+    }
     QCOMPARE(label, QStringLiteral("Enter URL (e.g. http://radio.example.org:8000/stream.mp3)"));
-    const Playlist& main = run.Core().List();
-    QCOMPARE(main.RowCount(), 1);
-    QCOMPARE(static_cast<const TrackItem*>(main.ItemAtRow(0).item)->Track().FullName(),
-             std::string("http://radio.example.org/live.mp3"));
+    {
+        ModalWatcher watcher(ChooseFiles({Q(home.Path("music/set"))}));
+        Key(run.Window(), Qt::Key_Insert, Qt::ShiftModifier);
+        QCOMPARE(watcher.Dialogs(), QStringList{QStringLiteral("Select directory to add")});
+    }
+    QVERIFY(WaitUntil([&] { return !run.Window().Adding().Busy(); }));
+    QCOMPARE(Bodies(run.Core().List()), QStringLiteral("live b "));
+    QCOMPARE(run.Core().GetSettings().initialDirectory, home.Path("music/set"));
+    QCOMPARE(home.Saved().initialDirectory, home.Path("music/set"));
 }
 
 void MainWindowTests::saveMainPlaylistWritesOrSaysWhy() {
     WindowHome home;
-    const std::string a = home.Tone("a.wav", 1);
     home.Seed();
-    WindowRun run("\"" + a + "\"");
+    WindowRun run(Tones(home, {"a"}));
     auto saveAs = [&](const QString& name, int filter) {
         return [name, filter](QWidget& modal) {
             auto* dialog = qobject_cast<QFileDialog*>(&modal);
@@ -800,14 +592,12 @@ void MainWindowTests::saveMainPlaylistWritesOrSaysWhy() {
         };
     };
     {
-        ModalWatcher watcher(saveAs(QString::fromStdString(home.Path("mix")), 1));
+        ModalWatcher watcher(saveAs(Q(home.Path("mix")), 1));
         Key(run.Window(), Qt::Key_S, Qt::ShiftModifier);
-        QCOMPARE(watcher.Dialogs(), QStringList{QStringLiteral("Save Playlist As")});
         QVERIFY(watcher.Boxes().isEmpty());
     }
     const std::string written = test::ReadFile(home.Path("mix.pls"));
-    QVERIFY2(written.find("[playlist]") == 0, written.c_str());
-    QVERIFY(written.find("a.wav") != std::string::npos);
+    QVERIFY2(written.find("[playlist]") == 0 && written.find("a.wav") != std::string::npos, written.c_str());
     {
         // A place nobody may write, not even the superuser.
         ModalWatcher watcher(saveAs(QStringLiteral("/proc/verdin-mix"), 0));
@@ -818,66 +608,26 @@ void MainWindowTests::saveMainPlaylistWritesOrSaysWhy() {
 
 void MainWindowTests::draggedRowsMoveWithTheCurrentRow() {
     WindowHome home;
-    std::string command;
-    for (const char* name : {"a", "b", "c", "d"}) command += "\"" + home.Tone(std::string(name) + ".wav", 1) + "\" ";
     home.Seed();
-    WindowRun run(command);
+    WindowRun run(Tones(home, {"a", "b", "c", "d"}));
     MainWindow& window = run.Window();
-    run.Core().PlayRow(1);
-    run.Core().Execute(Action::kStop);
+    QVERIFY(PlayRow(run.Core(), 1));
     window.View().SelectRows({1, 2});
     // Dragging "b" and "c" below "d", as the view hands the drop to its model.
     PlaylistModel& model = window.Model();
     std::unique_ptr<QMimeData> data(model.mimeData({model.index(1, 0), model.index(2, 0)}));
     QVERIFY(model.dropMimeData(data.get(), Qt::MoveAction, 4, 0, {}));
-    const Playlist& main = run.Core().List();
-    std::string order;
-    for (int row = 0; row < main.RowCount(); ++row) order += main.ItemAtRow(row).item->Body();
-    QCOMPARE(order, std::string("adbc"));
+    QCOMPARE(Bodies(run.Core().List()), QStringLiteral("a d b c "));
     // "b" stays the current entry, and the selection stays on the moved rows.
     QCOMPARE(run.Core().CurrentRow(), 2);
     QCOMPARE(window.View().SelectedRows(), (std::vector<int>{2, 3}));
     QCOMPARE(model.data(model.index(2, 1)).toString(), QStringLiteral("3."));
 }
 
-void MainWindowTests::folderChooserAddsADirectory() {
-    WindowHome home;
-    QVERIFY(QDir().mkpath(QString::fromStdString(home.Path("music/set"))));
-    home.Tone("set/b.wav", 1);
-    home.Tone("set/a.wav", 1);
-    test::WriteFile(home.Path("music/set/notes.txt"), "not audio");
-    home.Seed();
-    WindowRun run;
-    ModalWatcher watcher(ChooseFiles({QString::fromStdString(home.Path("music/set"))}));
-    Key(run.Window(), Qt::Key_Insert, Qt::ShiftModifier);
-    QCOMPARE(watcher.Dialogs(), QStringList{QStringLiteral("Select directory to add")});
-    QVERIFY(WaitUntil([&] { return !run.Window().Adding().Busy(); }));
-    const Playlist& main = run.Core().List();
-    QCOMPARE(main.RowCount(), 2);
-    std::set<std::string> bodies{main.ItemAtRow(0).item->Body(), main.ItemAtRow(1).item->Body()};
-    QCOMPARE(bodies, (std::set<std::string>{"a", "b"}));
-    QCOMPARE(run.Core().CurrentRow(), 0);
-    QCOMPARE(run.Core().GetSettings().initialDirectory, home.Path("music/set"));
-}
-
-void MainWindowTests::alwaysOnTopFollowsTheSetting() {
-    WindowHome home;
-    home.Seed([](Settings& s) { s.normalWindowAlwaysOnTop = 1; });
-    WindowRun run;
-    MainWindow& window = run.Window();
-    QVERIFY(window.windowFlags() & Qt::WindowStaysOnTopHint);
-    run.Core().ChangeSettings([](Settings& s) { s.normalWindowAlwaysOnTop = 0; });
-    QVERIFY(!(window.windowFlags() & Qt::WindowStaysOnTopHint));
-    QVERIFY(window.isVisible());
-}
-
 void MainWindowTests::findAndFindNextSelectTheMatches() {
     WindowHome home;
-    std::string command;
-    for (const char* name : {"alpha", "beta", "alphabet", "gamma"})
-        command += "\"" + home.Tone(std::string(name) + ".wav", 1) + "\" ";
     home.Seed();
-    WindowRun run(command);
+    WindowRun run(Tones(home, {"alpha", "beta", "alphabet", "gamma"}));
     MainWindow& window = run.Window();
     auto typeIntoFind = [](const QString& text) {
         return [text](QWidget& modal) {
@@ -893,14 +643,12 @@ void MainWindowTests::findAndFindNextSelectTheMatches() {
     {
         ModalWatcher watcher(typeIntoFind(QStringLiteral("ALPHA")));
         Key(window, Qt::Key_F, Qt::ControlModifier);
-        QCOMPARE(watcher.Dialogs(), QStringList{QStringLiteral("Find")});
     }
     QCOMPARE(window.View().SelectedRows(), std::vector<int>{0});
-    Key(window, Qt::Key_F3);
-    QCOMPARE(window.View().SelectedRows(), std::vector<int>{2});
-    // Round again to the first match.
-    Key(window, Qt::Key_F3);
-    QCOMPARE(window.View().SelectedRows(), std::vector<int>{0});
+    for (int expected : {2, 0}) {  // and round again to the first match
+        Key(window, Qt::Key_F3);
+        QCOMPARE(window.View().SelectedRows(), std::vector<int>{expected});
+    }
     {
         ModalWatcher watcher(typeIntoFind(QStringLiteral("delta")));
         Key(window, Qt::Key_F, Qt::ControlModifier);
@@ -927,9 +675,8 @@ void MainWindowTests::dialogCommandsOpenTheirDialogs() {
     QFETCH(int, modifiers);
     QFETCH(QString, dialog);
     WindowHome home;
-    const std::string a = home.Tone("a.wav", 1);
     home.Seed();
-    WindowRun run("\"" + a + "\"");
+    WindowRun run(Tones(home, {"a"}));
     MainWindow& window = run.Window();
     window.View().setFocus();
     window.View().SelectRows({0});
