@@ -106,8 +106,9 @@ TEST(MoveRows, PutsItemsBeforeTheTargetRow) {
         EXPECT_EQ(MoveRows(*main, c.rows, c.before), c.firstRow) << c.tree << " " << c.before;
         EXPECT_EQ(Shape(*main), c.expected) << c.tree << " " << c.before;
         EXPECT_EQ(static_cast<int>(RowItems(*main).size()), main->RowCount());
-        if (c.tree == std::string("a [b c] d") && c.before == 2)
+        if (c.tree == std::string("a [b c] d") && c.before == 2) {
             EXPECT_TRUE(static_cast<const Playlist*>(main->ItemAt(1))->Modified());
+        }
     }
 }
 
