@@ -1,12 +1,9 @@
 #pragma once
-// The player as its faces see it: the main window and its dialogs, the D-Bus objects, the
-// command line of a second start, and every face still to come. It offers read-only
-// views of the core's state, and commands: the command table's identifiers, the few
-// commands that carry arguments, edits of the main list by intent, and settings changes
-// through one call that saves them. A face registers for the announcements and draws
-// from the views; it keeps no state of the core and never reaches past this class.
-//
-// User-interface thread only.
+// The player as its faces see it (the main window and its dialogs, the D-Bus objects, a
+// second start's command line, every face to come): read-only views of the core's state,
+// and commands: the command table's, a few with arguments, edits of the main list by
+// intent, settings changes through one call. A face registers for the announcements and
+// draws from the views; it keeps no state of the core. User-interface thread only.
 #include "playlist/mainlist/MainList.h"
 #include "playlist/titles/StatusLine.h"
 #include "playlist/view/PlaylistViewText.h"
@@ -53,8 +50,7 @@ public:
     explicit Player(PlayerCore& core) : core_(core) {}
 
     using Listener = std::function<void(unsigned changes)>;
-    // Returns the listener's number, for StopListening.
-    int Listen(Listener listener);
+    int Listen(Listener listener);  // the listener's number, for StopListening
     void StopListening(int listener);
 
     // Views.
@@ -80,8 +76,7 @@ public:
     RowCells CellsOfRow(int row) const;
 
     // Commands. Execute runs a command-table identifier as a menu, key or plug-in would;
-    // false for an unknown identifier and for a command that needs a window when none
-    // handled it.
+    // false when unknown, or when it needs a window and none handled it.
     bool Execute(uint32_t id, const CommandContext& context = {});
     bool Execute(Action action, const CommandContext& context = {});
     // The command text of the command server and the command line: "/PLAY" and paths.
@@ -99,8 +94,8 @@ public:
     // The playing streams equalize with these values; the settings stay as they are.
     void PreviewEqualizer(bool enabled, const EqualizerValues& values);
     void TakeAnalyzerSnapshot();
-    // Changes the settings: what depends on them follows at once (volume, equalizer, DSP
-    // modules, play order), then they are saved and announced. False when saving failed.
+    // What depends on the settings follows the change at once (volume, equalizer, DSP
+    // modules, play order); then they are saved and announced. False when saving failed.
     bool ChangeSettings(const std::function<void(Settings&)>& change);
 
     // Edits of the main list, each keeping play order and current row consistent. Rows
@@ -114,8 +109,8 @@ public:
     void MoveRows(const std::vector<int>& rows, int beforeRow);
     void IncorporateRows(const std::vector<int>& rows);
     void DropPlaylist(int row);
-    // The nested playlist at row, or the main playlist for row -1, into a file of a
-    // PlaylistFormat; says "Unable to save playlist" when it cannot.
+    // The nested playlist at row (the main one for -1) into a file of a PlaylistFormat;
+    // says "Unable to save playlist" when it cannot.
     bool SavePlaylist(int row, const std::string& fileName, int format);
     // Reads the information of the track at row again (a random entry's picked track).
     bool RereadTrack(int row);

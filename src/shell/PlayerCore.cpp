@@ -3,7 +3,6 @@
 #include "base/Locations.h"
 #include "playlist/files/PlaylistFileTexts.h"
 #include "playlist/files/PlaylistFormat.h"
-#include "playlist/files/PlaylistWriter.h"
 #include "plugins/dsp/DspHost.h"
 #include "plugins/dsp/DspLibraryList.h"
 #include "plugins/dsp/DspPluginsText.h"
@@ -77,7 +76,7 @@ bool PlayerCore::TearDown() {
     bool saved = true;
     CreateUserDirectory();
     const std::string defaultPlaylist = environment_.userDirectory + "/default.vdp";
-    if (!SavePlaylist(const_cast<Playlist&>(list_.Tree()), defaultPlaylist, PlaylistFormat::kVdp)) {
+    if (!list_.Save(-1, defaultPlaylist, static_cast<int>(PlaylistFormat::kVdp))) {
         host_.ShowMessage(kUnableToSavePlaylist, MessageIcon::kError);
         saved = false;
     }
