@@ -1,7 +1,7 @@
 #pragma once
 // What the dialog tests share: a player on private directories with the bundled and the
-// probe plug-ins, a host that answers the core's questions, audio fixtures, a tone on the
-// ALSA null device, and the answering of the boxes and choosers the dialogs open.
+// probe plug-ins, audio fixtures, a tone on the ALSA null device, and the answering of
+// the boxes and choosers the dialogs open.
 #include "settings/Settings.h"
 #include "shell/Player.h"
 #include "shell/PlayerHost.h"
@@ -12,7 +12,6 @@
 #include <QMessageBox>
 #include <QtTest>
 #include <deque>
-#include <functional>
 #include <memory>
 #include <optional>
 
@@ -22,6 +21,7 @@ class PlayerCore;
 
 namespace verdin::test {
 
+// Answers the core's own questions (the dialogs show their boxes themselves).
 class RecordingHost final : public PlayerHost {
 public:
     std::vector<std::string> questions;
@@ -53,22 +53,31 @@ private:
 public:
     Player& player;  // the facade, as the dialogs get it
 
-    // What the probe plug-ins were asked so far, one line per call.
+    // What the probe plug-ins were asked, a line per call; the settings file as saved.
     std::string ProbeLog() const;
-    // The settings file as the player saved it last.
     std::string SettingsFile() const;
-    // A 16-bit stereo 44.1 kHz two-tone WAV file in dir; an MP3 made from one by lame
-    // with its tag options ("--tt", "A title").
+    // A 16-bit stereo 44.1 kHz two-tone WAV file; an MP3 of one by lame with tag options.
     std::string Tone(const std::string& name, double seconds);
     std::string Mp3(const std::string& name, const std::vector<std::string>& tagOptions);
     // The ALSA device number of the "null" PCM, when ALSA lists it.
     static std::optional<int> NullDevice();
     // Plays a 10-second tone on the null device; true once 200 ms were heard.
     bool PlayTone();
-    // The loudest waveform value heard now; a wait until what the stream makes from now on
-    // is heard.
+    // The loudest waveform value heard now; a wait until what is made from now on is heard.
     int32_t Loudness();
     bool WaitUntilHeard();
+};
+
+// The base of the test classes: a new core for every test function.
+class CoreTests : public QObject {
+    Q_OBJECT
+private slots:
+    void init() { fixture = std::make_unique<CoreFixture>(); }
+    void cleanup() { fixture.reset(); }
+
+protected:
+    std::unique_ptr<CoreFixture> fixture;
+    Player& player() const { return fixture->player; }
 };
 
 // Each next modal window (polled for up to five seconds) gets the next answer.
@@ -83,23 +92,11 @@ Answer Dialog(QString* title, const std::function<void(QWidget*)>& act = {}, boo
 
 // The action of a menu or its submenus with this text; group gets the submenu's title.
 QAction* FindAction(const QMenu* menu, const QString& text, QString* group = nullptr);
-// Clicks the push button of that object name below widget.
-void Click(const QWidget& widget, const char* button);
+// Clicks the push button of that object name.
+void Click(const QWidget& parent, const char* button);
 QStringList Texts(const QListWidget* list);
 
-// The base of the test classes: a new core for every test function.
-class CoreTests : public QObject {
-    Q_OBJECT
-private slots:
-    void init() { fixture = std::make_unique<CoreFixture>(); }
-    void cleanup() { fixture.reset(); }
-
-protected:
-    std::unique_ptr<CoreFixture> fixture;
-    Player& player() const { return fixture->player; }
-};
-
-// The Qt Test classes of the program register themselves; main runs them in turn.
+// The test classes of the program register themselves; main runs them in turn.
 void RegisterTests(std::function<int(int, char**)> run);
 template <typename Tests>
 bool Register() {

@@ -87,48 +87,34 @@ private slots:
         QCOMPARE(saved.At(0).name + (saved.At(0).isDefault ? " (default)" : ""), std::string("Mine (default)"));
     }
 
-    // New names only, the first section of a name, links up to the first gap.
-    void importingAndDeletingLinks() {
-        const std::string file = fixture->dir.file("more.eq");
-        test::WriteFile(file, "[Rock]\nBand1=4\nBand16=2\nLink1=/a.mp3\nLink3=/c.mp3\n[Rock]\nBand1=9\n"
-                              "[All zeroes]\nBand2=7\n[Soft]\nPreAmp=-5\nDefault=1\n");
+    // Import appends the presets of the chosen file (its rules are the preset list's);
+    // Export writes the selected preset into the file chosen, named with ".eq".
+    void importingExportingAndDeletingLinks() {
+        test::WriteFile(fixture->dir.file("more.eq"), "[Rock]\nBand1=4\nLink1=/a.mp3\n[All zeroes]\nBand2=7\n");
         EqualizerDialog dialog(nullptr, player());
         QString title;
-        test::AnswerModals({test::Chooser(QString::fromStdString(file), &title)});
+        test::AnswerModals({test::Chooser(QString::fromStdString(fixture->dir.file("more.eq")), &title)});
         test::Click(dialog, "importPresets");
         QCOMPARE(title, QStringLiteral("Import Equalizer Preset"));
-        QCOMPARE(test::Texts(dialog.PresetList()), (QStringList{"All zeroes", "Rock", "Soft"}));
-        const EqualizerPresetList& presets = player().GetSettings().presets;
-        QCOMPARE(presets.At(0).bands, Gains({}));
-        QCOMPARE(presets.At(1).bands, Gains({4, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 2}));
-        QVERIFY(presets.At(2).isDefault);
+        QCOMPARE(test::Texts(dialog.PresetList()), (QStringList{"All zeroes", "Rock"}));
         dialog.PresetList()->setCurrentRow(1);
+        QCOMPARE(dialog.Gains(), Gains({4}));
+        test::AnswerModals({test::Chooser(QString::fromStdString(fixture->dir.file("mine")), &title)});
+        test::Click(dialog, "exportPreset");
+        QCOMPARE(title, QStringLiteral("Export Equalizer Preset"));
+        EqualizerPresetList exported;
+        exported.LoadFile(fixture->dir.file("mine.eq"));
+        QCOMPARE(exported.Count(), size_t{1});
+        QCOMPARE(exported.At(0).links, std::vector<std::string>{"/a.mp3"});
+
         QCOMPARE(test::Texts(dialog.LinkedTracks()), QStringList{"/a.mp3"});
         dialog.LinkedTracks()->setCurrentRow(0);
         test::Click(dialog, "deleteLink");
-        QVERIFY(presets.At(1).links.empty());
         QCOMPARE(dialog.LinkedTracks()->count(), 0);
-    }
-
-    // The file gets ".eq" unless its name ends so in any case; its other sections stay.
-    void exportingNamesTheFileAndKeepsOtherSections() {
-        player().ChangeSettings([](Settings& s) { s.presets.At(0).bands[4] = 3; });
-        EqualizerDialog dialog(nullptr, player());
-        dialog.PresetList()->setCurrentRow(0);
-        test::WriteFile(fixture->dir.file("mine.EQ"), "[Other]\nPreAmp=2\n");
-        const std::pair<std::string, std::string> cases[] = {
-            {"mine.txt", "mine.txt.eq"}, {"plain", "plain.eq"}, {"mine.EQ", "mine.EQ"}};
-        for (const auto& [chosen, written] : cases) {
-            test::AnswerModals({test::Chooser(QString::fromStdString(fixture->dir.file(chosen)))});
-            test::Click(dialog, "exportPreset");
-            EqualizerPresetList read;
-            read.LoadFile(fixture->dir.file(written));
-            QCOMPARE(read.FindByName("Other"), written == "mine.EQ" ? 0 : -1);
-            const int index = read.FindByName("All zeroes");
-            QVERIFY2(index >= 0, written.c_str());
-            QCOMPARE(read.At(static_cast<size_t>(index)).bands, Gains({0, 0, 0, 0, 3}));
-        }
-        QVERIFY(!test::FileExists(fixture->dir.file("mine.txt")));
+        EqualizerPresetList saved;
+        saved.LoadFile(PresetFilePath(fixture->environment));
+        QCOMPARE(saved.FindByName("Rock"), 1);
+        QVERIFY(saved.At(1).links.empty());
     }
 
     void okStoresAndSavesCancelKeeps() {

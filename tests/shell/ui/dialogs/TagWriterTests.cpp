@@ -116,34 +116,33 @@ TEST_F(TagWriterTest, FlacFilesGetTheirCommentEditedAndWavFilesAnId3Chunk) {
     EXPECT_EQ(std::stoul(soxi.output), bytes / 4) << "the sample data is all still there";
 }
 
-TEST_F(TagWriterTest, AReadOnlyFileIsRefusedAndLeftAsItWas) {
-    const std::string path = Encoded("ro.mp3", {"lame", "--quiet", "--tt", "Kept", "in", "out"});
-    ASSERT_EQ(::chmod(path.c_str(), 0444), 0);
-    const std::string before = test::ReadFile(path);
-    EXPECT_EQ(WriteTagFrames(path, Edits{{FrameId::Title, "Changed"}}), "The file is read-only");
-    EXPECT_EQ(test::ReadFile(path), before);
-    EXPECT_EQ(Entries(), std::set<std::string>{"ro.mp3"});
-    EXPECT_EQ(Mode(path), 0444u);
-}
-
-// Files of no layout a tag can be written to, an edit of a frame that is not writable,
-// and a file that is not there: refused, and nothing changes.
+// Files of no layout a tag can be written to, a read-only file, an edit of a frame that
+// is not writable, and a file that is not there: refused, and nothing changes.
 TEST_F(TagWriterTest, WritesThatCannotBeDoneChangeNothing) {
-    const std::string mp3 = Encoded("p.mp3", {"lame", "--quiet", "--id3v2-only", "--tt", "T", "in", "out"});
-    const std::pair<std::string, std::string> files[] = {
-        {"broken.mp3", std::string(3000, '\x55')},  // no MPEG frame anywhere
-        {"broken.flac", "fLaC but nothing else"},
-        {"notes.txt", "a file of no audio layout"},
-        {"p.mp3", test::ReadFile(mp3)},
+    const std::string mp3 = test::ReadFile(Encoded("p.mp3", {"lame", "--quiet", "--id3v2-only", "in", "out"}));
+    const struct {
+        std::string name, contents;
+        mode_t mode;
+        Edits edits;
+    } cases[] = {
+        {"broken.mp3", std::string(3000, '\x55'), 0644, {{FrameId::Title, "x"}}},  // no MPEG frame anywhere
+        {"broken.flac", "fLaC but nothing else", 0644, {{FrameId::Title, "x"}}},
+        {"notes.txt", "a file of no audio layout", 0644, {{FrameId::Title, "x"}}},
+        {"ro.mp3", mp3, 0444, {{FrameId::Title, "x"}}},
+        {"p.mp3", mp3, 0644, {{FrameId::Title, "ok"}, {FrameId::Picture, "no"}}},
     };
-    for (const auto& [name, contents] : files) {
-        test::WriteFile(dir_.file(name), contents);
-        const Edits edits = name == "p.mp3" ? Edits{{FrameId::Title, "ok"}, {FrameId::Picture, "no"}}
-                                            : Edits{{FrameId::Title, "x"}};
-        EXPECT_NE(WriteTagFrames(dir_.file(name), edits), "") << name;
-        EXPECT_EQ(test::ReadFile(dir_.file(name)), contents) << name;
-        EXPECT_EQ(Entries(), (std::set<std::string>{name, "p.mp3"})) << name;
-        if (name != "p.mp3") fs::remove(dir_.file(name));
+    for (const auto& c : cases) {
+        test::WriteFile(dir_.file(c.name), c.contents);
+        ASSERT_EQ(::chmod(dir_.file(c.name).c_str(), c.mode), 0);
+        const std::string error = WriteTagFrames(dir_.file(c.name), c.edits);
+        EXPECT_NE(error, "") << c.name;
+        if (c.mode == 0444) {
+            EXPECT_EQ(error, "The file is read-only");
+        }
+        EXPECT_EQ(test::ReadFile(dir_.file(c.name)), c.contents) << c.name;
+        EXPECT_EQ(Mode(dir_.file(c.name)), c.mode) << c.name;
+        EXPECT_EQ(Entries(), (std::set<std::string>{c.name, "p.mp3"})) << c.name;
+        if (c.name != "p.mp3") fs::remove(dir_.file(c.name));
     }
     EXPECT_NE(WriteTagFrames(dir_.file("missing.mp3"), Edits{{FrameId::Title, "x"}}), "");
     for (const char* name : {"a.mp3", "a.MP2", "a.flac", "a.ogg", "a.opus", "a.wav", "a.aiff"})
