@@ -44,6 +44,7 @@ private slots:
         QCOMPARE(test::Texts(dialog.PresetList()), (QStringList{"All zeroes", "Mine"}));
         QCOMPARE(presets.At(1).bands, Gains({5}));
         QCOMPARE(dialog.LinkedTracksCaption(), QStringLiteral("Tracks linked to Mine"));
+        QVERIFY(!dialog.LinkButton()->isEnabled());  // nothing plays
 
         player().ChangeSettings([](Settings& s) { s.presets.At(1).links = {"/music/kept.mp3"}; });
         dialog.PresetList()->setCurrentRow(0);

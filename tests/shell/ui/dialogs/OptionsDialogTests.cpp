@@ -148,11 +148,13 @@ private slots:
         QCOMPARE(player().GetSettings().waveOutDevice, -1);
     }
 
-    // A menu offers the variables its template knows and puts one in at the caret.
+    // The dialog opens on the page asked for (the first for an unknown one); a menu offers
+    // the variables its template knows and puts one in at the caret.
     void theStringsMenusInsertVariableReferences() {
         OptionsDialog dialog(nullptr, player(), QStringLiteral("Strings"));
         auto* strings = qobject_cast<StringsPage*>(dialog.CurrentPage());
         QVERIFY(strings);
+        QCOMPARE(OptionsDialog(nullptr, player(), "No such page").CurrentPage()->Title(), QStringLiteral("General"));
         QString group;
         QVERIFY(!test::FindAction(strings->WindowTitleMenu(), QStringLiteral("%time%\tPlaying time")));
         QVERIFY(test::FindAction(strings->StatusStringMenu(), QStringLiteral("%time%\tPlaying time"), &group));
