@@ -1,45 +1,40 @@
 #pragma once
-// What the dialog tests share: a player core on private directories with the bundled
-// input plug-ins, a host that records what the player said and answers its questions,
-// audio fixtures, and the driving of the file choosers and boxes the dialogs open.
+// What the dialog tests share: a player on private directories with the bundled and the
+// probe plug-ins, audio fixtures, a tone on the ALSA null device, and the answering of
+// the boxes and choosers the dialogs open.
 #include "settings/Settings.h"
-#include "shell/PlayerCore.h"
+#include "shell/Player.h"
 #include "shell/PlayerHost.h"
 
 #include "TempDir.h"
 
-#include <QString>
+#include <QListWidget>
+#include <QMessageBox>
+#include <QtTest>
 #include <deque>
-#include <functional>
 #include <memory>
-#include <string>
-#include <vector>
+#include <optional>
 
-class QWidget;
+namespace verdin {
+class PlayerCore;
+}
 
 namespace verdin::test {
 
+// Answers the core's own questions (the dialogs show their boxes themselves).
 class RecordingHost final : public PlayerHost {
 public:
-    struct Message {
-        std::string text;
-        MessageIcon icon;
-    };
-    std::vector<Message> messages;
-    std::vector<Message> questions;
-    std::deque<bool> answers;  // answers to the next questions; Yes when empty
+    std::vector<std::string> questions;
+    std::deque<bool> answers;  // to the next questions; Yes when none is left
 
-    void ShowMessage(std::string_view text, MessageIcon icon) override { messages.push_back({std::string(text), icon}); }
-    bool AskYesNo(std::string_view text, MessageIcon icon) override;
+    void ShowMessage(std::string_view, MessageIcon) override {}
+    bool AskYesNo(std::string_view text, MessageIcon) override;
     void SetTimersRunning(bool) override {}
     void RefreshNow() override {}
     void WindowCommandUnavailable(std::string_view) override {}
     void Quit() override {}
 };
 
-// A player core whose settings, preset file and settings store live in a private
-// directory; the input plug-ins are the bundled ones and the probe input, the DSP
-// libraries the bundled one and the probe DSP.
 class CoreFixture {
 public:
     CoreFixture();
@@ -47,28 +42,69 @@ public:
 
     TempDir dir;
     SettingsEnvironment environment;
-    Settings settings;
     RecordingHost host;
-    std::unique_ptr<PlayerCore> owner;
-    Player* core = nullptr;  // the facade the dialogs get
-    // Where the probe plug-ins write what the host asked of them (VERDIN_PROBE_LOG).
-    std::string probeLog;
+    unsigned announced = 0;  // what the player announced, as PlayerChange bits
 
-    // A 16-bit stereo 44.1 kHz sine tone of the given length, as a WAV file in dir.
-    std::string Tone(const std::string& name, double seconds, double amplitude = 0.5);
-    // An MP3 encoded by lame from a tone, with the ID3 options given (lame's --tt etc.).
+private:
+    Settings settings_;
+    std::unique_ptr<PlayerCore> owner_;
+    Player& Start();
+
+public:
+    Player& player;  // the facade, as the dialogs get it
+
+    // What the probe plug-ins were asked, a line per call; the settings file as saved.
+    std::string ProbeLog() const;
+    std::string SettingsFile() const;
+    // A 16-bit stereo 44.1 kHz two-tone WAV file; an MP3 of one by lame with tag options.
+    std::string Tone(const std::string& name, double seconds);
     std::string Mp3(const std::string& name, const std::vector<std::string>& tagOptions);
-    // A small PNG picture (a few pixels of colour).
-    std::string Png(const std::string& name);
-    // The ALSA device number of the "null" PCM (-2 when ALSA does not list it).
-    static int AlsaNullDevice();
+    // The ALSA device number of the "null" PCM, when ALSA lists it.
+    static std::optional<int> NullDevice();
+    // Plays a 10-second tone on the null device; true once 200 ms were heard.
+    bool PlayTone();
+    // The loudest waveform value heard now; a wait until what is made from now on is heard.
+    int32_t Loudness();
+    bool WaitUntilHeard();
 };
 
-// Acts on the next modal widget once it is open (polling the event loop for it, up to
-// five seconds). Call before the code that opens it.
-void AnswerNextModal(std::function<void(QWidget*)> answer);
-// The next file or folder chooser: its title is recorded, then path is chosen (an empty
-// path cancels it).
-void ChooseInNextFileDialog(const QString& path, QString* title);
+// The base of the test classes: a new core for every test function.
+class CoreTests : public QObject {
+    Q_OBJECT
+private slots:
+    void init() { fixture = std::make_unique<CoreFixture>(); }
+    void cleanup() { fixture.reset(); }
+
+protected:
+    std::unique_ptr<CoreFixture> fixture;
+    Player& player() const { return fixture->player; }
+};
+
+// Each next modal window (polled for up to five seconds) gets the next answer.
+using Answer = std::function<void(QWidget*)>;
+void AnswerModals(std::vector<Answer> answers);
+// A message box: its text is recorded, the button pressed.
+Answer Box(QString* text, QMessageBox::StandardButton button = QMessageBox::Ok);
+// A file or folder chooser: its title is recorded, path chosen (empty: cancelled).
+Answer Chooser(const QString& path, QString* title = nullptr);
+// A dialog: its title is recorded, act done, then it is accepted or rejected.
+Answer Dialog(QString* title, const std::function<void(QWidget*)>& act = {}, bool accept = false);
+
+// The action of a menu or its submenus with this text; group gets the submenu's title.
+QAction* FindAction(const QMenu* menu, const QString& text, QString* group = nullptr);
+// Clicks the push button of that object name.
+void Click(const QWidget& parent, const char* button);
+QStringList Texts(const QListWidget* list);
+
+// The test classes of the program register themselves; main runs them in turn.
+void RegisterTests(std::function<int(int, char**)> run);
+template <typename Tests>
+bool Register() {
+    RegisterTests([](int argc, char** argv) {
+        Tests tests;
+        return QTest::qExec(&tests, argc, argv);
+    });
+    return true;
+}
 
 }  // namespace verdin::test

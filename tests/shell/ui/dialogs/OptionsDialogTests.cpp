@@ -1,436 +1,249 @@
-// The options dialog: its eleven pages, what each page edits going through the settings
-// file and back, the insert-variable menus, the device lists, the plug-in pages with
-// their probe plug-ins, and "Reset All Options".
-#include "shell/ui/dialogs/Dialogs.h"
+// The options dialog: the pages' controls through Apply into the settings file and back
+// into a new dialog, stored values kept exactly when nothing is touched, the insert-
+// variable menus, the plug-in pages with the probe plug-ins (the DSP page reaching a
+// playing stream), and "Reset All Options".
 #include "shell/ui/dialogs/options/InputPage.h"
 #include "shell/ui/dialogs/options/OptionWidgets.h"
 #include "shell/ui/dialogs/options/OptionsDialog.h"
 #include "shell/ui/dialogs/options/OutputPage.h"
-#include "shell/ui/dialogs/options/PlayerPage.h"
-#include "shell/ui/dialogs/options/PlaylistPage.h"
 #include "shell/ui/dialogs/options/PluginPages.h"
-#include "shell/ui/dialogs/options/SimplePages.h"
 #include "shell/ui/dialogs/options/StringsPage.h"
 
-#include "plugins/dsp/DspHost.h"
 #include "plugins/dsp/DspLibraryList.h"
 #include "settings/store/SettingsStore.h"
 
 #include "DialogTestKit.h"
-#include "Files.h"
 
-#include <QCheckBox>
+#include <QAbstractButton>
 #include <QComboBox>
 #include <QDoubleSpinBox>
-#include <QLabel>
 #include <QLineEdit>
-#include <QListWidget>
 #include <QMenu>
-#include <QPushButton>
-#include <QRadioButton>
-#include <QSlider>
 #include <QSpinBox>
-#include <QtTest>
 #include <filesystem>
+#include <variant>
 
 using namespace verdin;
 
 namespace {
 
-QCheckBox* Box(QWidget* page, const QString& text) {
-    for (QCheckBox* box : page->findChildren<QCheckBox*>())
-        if (box->text() == text) return box;
-    qFatal("no check box \"%s\" on %s", qPrintable(text), qPrintable(page->objectName()));
+using Field = std::variant<int32_t Settings::*, std::string Settings::*>;
+
+QVariant Stored(const Settings& s, const Field& field) {
+    if (auto* number = std::get_if<int32_t Settings::*>(&field)) return s.**number;
+    return QString::fromStdString(s.*std::get<std::string Settings::*>(field));
 }
 
-template <typename Widget>
-Widget* Named(QWidget* page, const char* name) {
-    auto* widget = page->findChild<Widget*>(QLatin1String(name));
-    if (!widget) qFatal("no %s on %s", name, qPrintable(page->objectName()));
-    return widget;
+// A control by its object name (the settings field's name), or a button by its text.
+QWidget* Control(const QWidget& dialog, const QString& key) {
+    if (auto* named = dialog.findChild<QWidget*>(key)) return named;
+    for (auto* button : dialog.findChildren<QAbstractButton*>())
+        if (button->text() == key) return button;
+    qFatal("no control %s", qPrintable(key));
 }
 
-QStringList Texts(const QListWidget* list) {
-    QStringList texts;
-    for (int i = 0; i < list->count(); ++i) texts << list->item(i)->text();
-    return texts;
+// What a control shows, and setting it (value invalid: read only).
+QVariant Shown(QWidget* control, const QVariant& value = {}) {
+    const bool set = value.isValid();
+    if (auto* edit = qobject_cast<QLineEdit*>(control)) return set ? edit->setText(value.toString()), value : edit->text();
+    if (auto* spin = qobject_cast<QSpinBox*>(control)) return set ? spin->setValue(value.toInt()), value : spin->value();
+    if (auto* box = qobject_cast<QDoubleSpinBox*>(control)) return set ? box->setValue(value.toDouble()), value : box->value();
+    if (auto* slider = qobject_cast<LabelledSlider*>(control)) return set ? slider->SetValue(value.toInt()), value : slider->Value();
+    if (auto* combo = qobject_cast<QComboBox*>(control))
+        return set ? combo->setCurrentIndex(combo->findText(value.toString())), value : combo->currentText();
+    auto* button = qobject_cast<QAbstractButton*>(control);
+    return set ? button->setChecked(value.toBool()), value : button->isChecked();
 }
 
-QAction* FindAction(const QMenu* menu, const QString& text, QString* group = nullptr) {
-    for (QAction* action : menu->actions()) {
-        if (action->menu()) {
-            if (QAction* found = FindAction(action->menu(), text)) {
-                if (group) *group = action->text();
-                return found;
-            }
-        } else if (action->text() == text) {
-            return action;
-        }
-    }
-    return nullptr;
-}
-
-int Select(QComboBox* combo, const QString& text) {
-    const int index = combo->findText(text);
-    if (index < 0) qFatal("no choice %s", qPrintable(text));
-    combo->setCurrentIndex(index);
-    return index;
+void ListDevices(const OptionsDialog& dialog) {
+    dialog.PageOf<OutputPage>()->FillDeviceLists({{"default", "Default"}, {"null", "Null"}, {"hw:1", "Card"}},
+                                                  {{"sink0", "Speakers"}, {"sink1", "Headphones"}});
 }
 
 }  // namespace
 
-class OptionsDialogTests : public QObject {
+class OptionsDialogTests : public test::CoreTests {
     Q_OBJECT
 
 private slots:
-    void init() {
-        fixture_ = std::make_unique<test::CoreFixture>();
-        log_ = fixture_->probeLog;
-    }
-    void cleanup() { fixture_.reset(); }
-
-    void theElevenPagesInTheirOrder() {
-        OptionsDialog dialog(nullptr, *fixture_->core, QStringLiteral("Strings"));
-        QStringList titles;
-        for (OptionsPage* page : dialog.Pages()) titles << page->Title();
-        QCOMPARE(titles, (QStringList{"General", "Player", "Output", "Playlist", "Strings", "Input", "Visualization",
-                                      "Digital Signal Processing (DSP)", "General Purpose", "Internet", "Appearance"}));
-        QCOMPARE(dialog.CurrentPage()->Title(), QStringLiteral("Strings"));
-        OptionsDialog first(nullptr, *fixture_->core, QStringLiteral("No such page"));
-        QCOMPARE(first.CurrentPage()->Title(), QStringLiteral("General"));
-    }
-
-    // Every page's controls changed, applied, saved, read back from the settings file.
-    void optionsRoundTripThroughTheSettingsFile() {
-        Settings& settings = fixture_->settings;
-        OptionsDialog dialog(nullptr, *fixture_->core);
-
-        auto* general = dialog.PageOf<GeneralPage>();
-        Box(general, QStringLiteral("Show the splash window at start-up"))->setChecked(false);
-        Box(general, QStringLiteral("Start playing at start-up"))->setChecked(true);
-        Box(general, QStringLiteral("Do not read ID3 tags"))->setChecked(true);
-
-        auto* player = dialog.PageOf<PlayerPage>();
-        player->BufferKilobytes()->setValue(300);
-        player->Prefill()->SetValue(40);
-        QCOMPARE(player->Prefill()->Label(), QStringLiteral("Buffer pre-fill: 40%"));
-        Select(player->ThreadPriority(), QStringLiteral("Above normal"));
-        Select(player->ProcessPriority(), QStringLiteral("Normal"));
-        player->PauseBox()->setChecked(true);
-        player->PauseSeconds()->setValue(1.5);
-        Box(player, QStringLiteral("Crossfade with maximum length of"))->setChecked(true);
-        player->CrossfadeSeconds()->setValue(4.0);
-        Box(player, QStringLiteral("Skip silence in the beginning of a track"))->setChecked(true);
-        Box(player, QStringLiteral("Skip silence in the end of a track (only within buffer)"))->setChecked(true);
-        player->SilenceLevel()->SetValue(-60);
-        QCOMPARE(player->SilenceLevel()->Label(), QStringLiteral("Intensity level for silence: -60 dB"));
-
-        auto* output = dialog.PageOf<OutputPage>();
-        output->FillDeviceLists({{"default", "Default device"}, {"null", "Discard all samples"}, {"hw:1", "Card"}},
-                                {{"sink0", "Speakers"}, {"sink1", "Headphones"}});
-        QCOMPARE(output->AlsaDevices()->itemText(0), QStringLiteral("Wave Mapper"));
-        output->KindButton(2)->setChecked(true);
-        output->AlsaDevices()->setCurrentIndex(2);
-        output->PulseSinks()->setCurrentIndex(1);
-        Select(output->CooperativeLevel(), QStringLiteral("Exclusive"));
-        output->DecodeDirectory()->setText(QStringLiteral("/tmp/decoded"));
-
-        auto* playlist = dialog.PageOf<PlaylistPage>();
-        Box(playlist, QStringLiteral("URLs when added to the playlist"))->setChecked(true);
-        Box(playlist, QStringLiteral("Files on a CD-ROM when added to the playlist"))->setChecked(true);
-        Box(playlist, QStringLiteral("Delete tracks from the playlist after playing"))->setChecked(true);
-        Box(playlist, QStringLiteral("Perform Open/Add/Insert Directory recursively"))->setChecked(true);
-        Box(playlist, QStringLiteral("Recurse subdirectories"))->setChecked(true);
-        playlist->SampleSpacePath()->SetText(QStringLiteral("/music/a;/music/b;"));
-        playlist->History()->setValue(7);
-
-        auto* strings = dialog.PageOf<StringsPage>();
-        strings->TrackTitle()->setText(QStringLiteral("%TITLE% (%ALBUM%)"));
-        strings->WindowTitle()->setText(QStringLiteral("%title%"));
-        strings->StatusString()->setText(QStringLiteral("%time% of %dur%"));
-
-        auto* input = dialog.PageOf<InputPage>();
-        input->SearchPath()->SetText(QStringLiteral("/plugins/in;"));
-
-        auto* internet = dialog.PageOf<InternetPage>();
-        Box(internet, QStringLiteral("Use a proxy server"))->setChecked(true);
-        Named<QLineEdit>(internet, "proxyURL")->setText(QStringLiteral("http://proxy:3128"));
-        Named<QLineEdit>(internet, "proxyByPass")->setText(QStringLiteral("localhost;*.lan"));
-
-        auto* appearance = dialog.PageOf<AppearancePage>();
-        Box(appearance, QStringLiteral("Show the playlist"))->setChecked(false);
-        Box(appearance, QStringLiteral("Keep the main window on top"))->setChecked(true);
-        Named<QLineEdit>(appearance, "rebarBitmap")->setText(QStringLiteral("/pictures/back.bmp"));
-
-        const int refreshes = fixture_->host.refreshes;
+    // Each row: a control, what it is set to, and the settings field that stores it.
+    void controlsReachTheSettingsFileAndComeBack() {
+        const struct {
+            const char* control;
+            QVariant input;
+            Field field;
+            QVariant stored;
+        } rows[] = {
+            {"Do not read ID3 tags", true, &Settings::ignoreID3Tags, 1},
+            {"bufferSize", 300, &Settings::bufferSize, 300 * 1024},
+            {"bufferPrefill", 40, &Settings::bufferPrefill, 40},
+            {"playerThreadPriority", "Above normal", &Settings::playerThreadPriority, 1},
+            {"processPriorityClass", "Normal", &Settings::processPriorityClass, 32},
+            {"Silent pause of", true, &Settings::pauseBetweenTracks, 1500},
+            {"pauseBetweenTracks", 1.5, &Settings::pauseBetweenTracks, 1500},
+            {"crossfadeLength", 4.0, &Settings::crossfadeLength, 4000},
+            {"Skip silence in the end of a track (only within buffer)", true, &Settings::skipSilenceInTheEnd, 1},
+            {"silenceLevel", -60, &Settings::silenceLevel, -60},
+            {"PulseAudio", true, &Settings::outputType, 2},
+            {"waveOutDevice", "Card (hw:1)", &Settings::waveOutDevice, 1},  // list entry 2; "default" is -1
+            {"directSoundDevice", "Headphones (sink1)", &Settings::directSoundDevice, 1},
+            {"directSoundCooperativeLevel", "Exclusive", &Settings::directSoundCooperativeLevel, 3},
+            {"decodeDirectory", "/tmp/decoded", &Settings::decodeDirectory, "/tmp/decoded"},
+            {"URLs when added to the playlist", true, &Settings::skipInfoForURL, 1},
+            {"sampleSpaceSearchPath", "/music/a;", &Settings::sampleSpaceSearchPath, "/music/a;"},
+            {"vdpHistory", 7, &Settings::vdpHistory, 7},
+            {"statusStringTemplate", "%time% of %dur%", &Settings::statusStringTemplate, "%time% of %dur%"},
+            {"inputPluginsSearchPath", "/plugins/in;", &Settings::inputPluginsSearchPath, "/plugins/in;"},
+            {"Use a proxy server", true, &Settings::useProxy, 1},
+            {"proxyURL", "http://proxy:3128", &Settings::proxyURL, "http://proxy:3128"},
+            {"Keep the main window on top", true, &Settings::normalWindowAlwaysOnTop, 1},
+            {"rebarBitmap", "/pictures/back.bmp", &Settings::rebarBitmap, "/pictures/back.bmp"},
+        };
+        OptionsDialog dialog(nullptr, player());
+        ListDevices(dialog);
+        for (const auto& row : rows) {
+            QVERIFY2(Stored(player().GetSettings(), row.field) != row.stored, row.control);
+            Shown(Control(dialog, QLatin1String(row.control)), row.input);
+        }
         QVERIFY(dialog.Apply());
-        QVERIFY(fixture_->host.refreshes > refreshes);
-
         Settings stored;
-        LoadUserSettings(stored, fixture_->environment);
-        QCOMPARE(stored.showSplash, 0);
-        QCOMPARE(stored.autoPlayAtStartup, 1);
-        QCOMPARE(stored.ignoreID3Tags, 1);
-        QCOMPARE(stored.bufferSize, 300 * 1024);
-        QCOMPARE(stored.bufferPrefill, 40);
-        QCOMPARE(stored.playerThreadPriority, 1);
-        QCOMPARE(stored.processPriorityClass, 32);
-        QCOMPARE(stored.pauseBetweenTracks, 1500);
-        QCOMPARE(stored.crossfade, 1);
-        QCOMPARE(stored.crossfadeLength, 4000);
-        QCOMPARE(stored.skipSilenceInTheBeginning, 1);
-        QCOMPARE(stored.skipSilenceInTheEnd, 1);
-        QCOMPARE(stored.silenceLevel, -60);
-        QCOMPARE(stored.outputType, 2);
-        QCOMPARE(stored.waveOutDevice, 1);  // list entry 2: device 1 ("default" is -1)
-        QCOMPARE(stored.directSoundDevice, 1);
-        QCOMPARE(stored.directSoundCooperativeLevel, 3);
-        QCOMPARE(stored.decodeDirectory, std::string("/tmp/decoded"));
-        QCOMPARE(stored.skipInfoForAnyFile, 0);
-        QCOMPARE(stored.skipInfoForURL, 1);
-        QCOMPARE(stored.skipInfoForCDROM, 1);
-        QCOMPARE(stored.deleteTracksAfterPlaying, 1);
-        QCOMPARE(stored.recursiveAddDirectory, 1);
-        QCOMPARE(stored.recurseSampleSpaceSearchPath, 1);
-        QCOMPARE(stored.sampleSpaceSearchPath, std::string("/music/a;/music/b;"));
-        QCOMPARE(stored.vdpHistory, 7);
-        QCOMPARE(stored.trackTitleTemplate, std::string("%TITLE% (%ALBUM%)"));
-        QCOMPARE(stored.windowTitleTemplate, std::string("%title%"));
-        QCOMPARE(stored.statusStringTemplate, std::string("%time% of %dur%"));
-        QCOMPARE(stored.inputPluginsSearchPath, std::string("/plugins/in;"));
-        QCOMPARE(stored.useProxy, 1);
-        QCOMPARE(stored.proxyURL, std::string("http://proxy:3128"));
-        QCOMPARE(stored.proxyByPass, std::string("localhost;*.lan"));
-        QCOMPARE(stored.showPlaylist, 0);
-        QCOMPARE(stored.normalWindowAlwaysOnTop, 1);
-        QCOMPARE(stored.rebarBitmap, std::string("/pictures/back.bmp"));
-        QCOMPARE(stored.rebarBitmapIntensity, 40);  // untouched
-
-        // A new dialog shows what is stored.
-        OptionsDialog again(nullptr, *fixture_->core);
-        auto* shown = again.PageOf<PlayerPage>();
-        QCOMPARE(shown->BufferKilobytes()->value(), 300);
-        QCOMPARE(shown->Prefill()->Label(), QStringLiteral("Buffer pre-fill: 40%"));
-        QCOMPARE(shown->ThreadPriority()->currentText(), QStringLiteral("Above normal"));
-        QCOMPARE(shown->PauseSeconds()->value(), 1.5);
-        QVERIFY(again.PageOf<OutputPage>()->KindButton(2)->isChecked());
-        QCOMPARE(again.PageOf<OutputPage>()->CooperativeLevel()->currentText(), QStringLiteral("Exclusive"));
-        QCOMPARE(again.PageOf<StringsPage>()->TrackTitle()->text(), QStringLiteral("%TITLE% (%ALBUM%)"));
-        QCOMPARE(settings.vdpHistory, 7);
+        LoadUserSettings(stored, fixture->environment);
+        OptionsDialog again(nullptr, player());
+        ListDevices(again);
+        for (const auto& row : rows) {
+            QCOMPARE(Stored(stored, row.field), row.stored);
+            QCOMPARE(Shown(Control(again, QLatin1String(row.control))), row.input);
+        }
     }
 
-    // Opening and applying without touching anything changes nothing, even where the
-    // stored numbers are not what the fields would make of them.
+    // Opening and applying changes nothing, even where the stored numbers are not what
+    // the controls would make of them.
     void untouchedOptionsKeepTheirExactValues() {
-        Settings& settings = fixture_->settings;
-        settings.bufferSize = 512001;       // not a whole number of kilobytes
-        settings.pauseBetweenTracks = 1234; // shown as 1.2 s
-        settings.crossfadeLength = 2999;
-        settings.playerThreadPriority = 7;  // a step the list does not name
-        settings.directSoundCooperativeLevel = 9;
-        settings.rebarBitmapIntensity = 250;
-        settings.vdpHistory = -3;
-        settings.customizedCaption = 5;     // any non-zero value is "on"
-        const Settings before = settings;
-        OptionsDialog dialog(nullptr, *fixture_->core);
-        QCOMPARE(dialog.PageOf<PlayerPage>()->ThreadPriority()->currentText(), QStringLiteral("Other (7)"));
+        player().ChangeSettings([](Settings& s) {
+            s.bufferSize = 512001;  // not a whole number of kilobytes
+            s.pauseBetweenTracks = 1234;
+            s.crossfadeLength = 2999;
+            s.playerThreadPriority = 7;  // a step the list does not name
+            s.directSoundCooperativeLevel = 9;
+            s.rebarBitmapIntensity = 250;
+            s.vdpHistory = -3;
+            s.customizedCaption = 5;  // any non-zero value is "on"
+            s.waveOutDevice = 5;      // a card that has gone
+            s.outputType = 7;
+        });
+        const std::string before = fixture->SettingsFile();
+        OptionsDialog dialog(nullptr, player());
+        ListDevices(dialog);
         QVERIFY(dialog.Apply());
-        QCOMPARE(settings.bufferSize, before.bufferSize);
-        QCOMPARE(settings.pauseBetweenTracks, before.pauseBetweenTracks);
-        QCOMPARE(settings.crossfadeLength, before.crossfadeLength);
-        QCOMPARE(settings.playerThreadPriority, 7);
-        QCOMPARE(settings.directSoundCooperativeLevel, 9);
-        QCOMPARE(settings.rebarBitmapIntensity, 250);
-        QCOMPARE(settings.vdpHistory, -3);
-        QCOMPARE(settings.customizedCaption, 5);
-        QCOMPARE(settings.waveOutDevice, before.waveOutDevice);
-        QCOMPARE(settings.outputType, before.outputType);
-        QCOMPARE(settings.dspPlugins, before.dspPlugins);
+        QCOMPARE(fixture->SettingsFile(), before);
 
-        // The buffer field keeps to its limits: 100..2000 kilobytes of 1024 bytes.
-        auto* player = dialog.PageOf<PlayerPage>();
-        player->BufferKilobytes()->setValue(50);
-        QCOMPARE(player->BufferKilobytes()->value(), 100);
-        player->BufferKilobytes()->setValue(5000);
-        QCOMPARE(player->BufferKilobytes()->value(), 2000);
-        player->Prefill()->SetValue(3);
-        QCOMPARE(player->Prefill()->Value(), 10);
-        player->PauseBox()->setChecked(false);
-        dialog.Apply();
-        QCOMPARE(settings.bufferSize, 2000 * 1024);
-        QCOMPARE(settings.bufferPrefill, 10);
-        QCOMPARE(settings.pauseBetweenTracks, 0);
+        // A ticked pause without a length is the smallest step; unticked, none.
+        Shown(Control(dialog, "pauseBetweenTracks"), 0.0);
+        QVERIFY(dialog.Apply());
+        QCOMPARE(player().GetSettings().pauseBetweenTracks, 100);
+        Shown(Control(dialog, "Silent pause of"), false);
+        Shown(Control(dialog, "waveOutDevice"), "Wave Mapper");
+        QVERIFY(dialog.Apply());
+        QCOMPARE(player().GetSettings().pauseBetweenTracks, 0);
+        QCOMPARE(player().GetSettings().waveOutDevice, -1);
     }
 
+    // The dialog opens on the page asked for (the first for an unknown one); a menu offers
+    // the variables its template knows and puts one in at the caret.
     void theStringsMenusInsertVariableReferences() {
-        OptionsDialog dialog(nullptr, *fixture_->core);
-        auto* strings = dialog.PageOf<StringsPage>();
-        QCOMPARE(strings->TrackTitleMenu()->title(), QStringLiteral("Insert a variable reference into Track Title"));
-        QCOMPARE(strings->WindowTitleMenu()->title(), QStringLiteral("Insert a variable reference into Window Title"));
-        QCOMPARE(strings->StatusStringMenu()->title(), QStringLiteral("Insert a variable reference into Status String"));
-
+        OptionsDialog dialog(nullptr, player(), QStringLiteral("Strings"));
+        auto* strings = qobject_cast<StringsPage*>(dialog.CurrentPage());
+        QVERIFY(strings);
+        QCOMPARE(OptionsDialog(nullptr, player(), "No such page").CurrentPage()->Title(), QStringLiteral("General"));
         QString group;
-        QVERIFY(FindAction(strings->WindowTitleMenu(), QStringLiteral("%num%\tTrack number"), &group));
-        QVERIFY(group.isEmpty());  // not in a submenu
-        QVERIFY(FindAction(strings->WindowTitleMenu(), QStringLiteral("%pdur%\tDuration"), &group));
-        QCOMPARE(group, QStringLiteral("Playlist"));
-        QVERIFY(!FindAction(strings->WindowTitleMenu(), QStringLiteral("%time%\tPlaying time")));
-        QVERIFY(FindAction(strings->StatusStringMenu(), QStringLiteral("%time%\tPlaying time"), &group));
+        QVERIFY(!test::FindAction(strings->WindowTitleMenu(), QStringLiteral("%time%\tPlaying time")));
+        QVERIFY(test::FindAction(strings->StatusStringMenu(), QStringLiteral("%time%\tPlaying time"), &group));
         QCOMPARE(group, QStringLiteral("Track"));
-        QVERIFY(FindAction(strings->TrackTitleMenu(), QStringLiteral("%LEADARTIST%\tLead performer(s)/Soloist(s)"), &group));
-        QCOMPARE(group, QStringLiteral("ID3 Frame"));
-        QVERIFY(!FindAction(strings->TrackTitleMenu(), QStringLiteral("%status%\tPlayer status")));
-
         strings->StatusString()->setText(QStringLiteral("[] left"));
         strings->StatusString()->setCursorPosition(1);
-        FindAction(strings->StatusStringMenu(), QStringLiteral("%timel%\tPlaying time left"))->trigger();
+        test::FindAction(strings->StatusStringMenu(), QStringLiteral("%timel%\tPlaying time left"))->trigger();
         QCOMPARE(strings->StatusString()->text(), QStringLiteral("[%timel%] left"));
-        strings->WindowTitle()->setText(QStringLiteral("100"));
-        strings->WindowTitle()->setCursorPosition(3);
-        FindAction(strings->WindowTitleMenu(), QStringLiteral("%%\t%"))->trigger();
-        QCOMPARE(strings->WindowTitle()->text(), QStringLiteral("100%%"));
     }
 
-    void theOutputPageListsDevicesAndTheLevels() {
-        Settings& settings = fixture_->settings;
-        settings.waveOutDevice = 5;  // a card that has gone
-        OptionsDialog dialog(nullptr, *fixture_->core);
-        auto* output = dialog.PageOf<OutputPage>();
-        QCOMPARE(output->KindButton(1)->text(), QStringLiteral("Decode to .WAV file without playback"));
-        output->FillDeviceLists({{"default", "Default device"}, {"null", "Discard all samples"}}, {{"s", "Speakers"}});
-        QCOMPARE(output->AlsaDevices()->count(), 3);
-        QCOMPARE(output->AlsaDevices()->currentText(), QStringLiteral("Device 6 (not available)"));
-        QCOMPARE(output->AlsaDevices()->itemText(1), QStringLiteral("Discard all samples (null)"));
-        QStringList levels;
-        for (int i = 0; i < output->CooperativeLevel()->count(); ++i) levels << output->CooperativeLevel()->itemText(i);
-        QCOMPARE(levels, (QStringList{"Normal", "Priority", "Exclusive"}));
-        QCOMPARE(output->CooperativeLevel()->currentText(), QStringLiteral("Priority"));  // the default, 2
-        bool noteShown = false;
-        for (const QLabel* label : output->findChildren<QLabel*>())
-            noteShown |= label->text() == QStringLiteral("Note: It is recommended to use 100% buffer pre-fill with the "
-                                                         "PulseAudio output. Buffer pre-fill may be adjusted from the "
-                                                         "Decoder section.");
-        QVERIFY(noteShown);
-        dialog.Apply();
-        QCOMPARE(settings.waveOutDevice, 5);
-        output->AlsaDevices()->setCurrentIndex(0);
-        dialog.Apply();
-        QCOMPARE(settings.waveOutDevice, -1);
-    }
-
-    // The DSP page: modules of the libraries on the path, the active list in its order,
-    // Configure of a temporary instance, and Apply rebuilding the host and "dspPlugins".
-    void theDspPageRebuildsTheActiveList() {
-        PlayerCore& core = *fixture_->core;
+    // The DSP page: the probe's modules, Configure, the active list in its order reaching
+    // a playing stream ("first" silences it), and a search path without the probe.
+    void theDspPageReachesThePlayingStream() {
+        if (!test::CoreFixture::NullDevice()) QSKIP("ALSA lists no null device here");
+        QVERIFY(fixture->PlayTone());
+        const int32_t heard = fixture->Loudness();
+        QVERIFY2(heard > 10000, "the tone is heard at about half scale");
         const std::string probe = std::string(VERDIN_PROBE_DIR) + "/probe_dsp.so";
-        OptionsDialog dialog(nullptr, core);
+        OptionsDialog dialog(nullptr, player());
         auto* dsp = dialog.PageOf<DspPage>();
-        QCOMPARE(dsp->Title(), QStringLiteral("Digital Signal Processing (DSP)"));
-        const QStringList available = Texts(dsp->Available());
-        QVERIFY(available.contains(QStringLiteral("Probe DSP: first")));
-        QVERIFY(available.contains(QStringLiteral("Probe DSP: second")));
-        QVERIFY(!Named<QPushButton>(dsp, "add")->isEnabled());
-
-        dsp->Available()->setCurrentRow(static_cast<int>(available.indexOf(QStringLiteral("Probe DSP: second"))));
-        QTest::mouseClick(Named<QPushButton>(dsp, "configureAvailable"), Qt::LeftButton);
-        QCOMPARE(QString::fromStdString(test::ReadFile(log_)), QStringLiteral("dsp config second\n"));
-        QTest::mouseClick(Named<QPushButton>(dsp, "add"), Qt::LeftButton);
-        dsp->Available()->setCurrentRow(static_cast<int>(available.indexOf(QStringLiteral("Probe DSP: first"))));
-        QTest::mouseClick(Named<QPushButton>(dsp, "add"), Qt::LeftButton);
-        QCOMPARE(Texts(dsp->Active()), (QStringList{"Probe DSP: second", "Probe DSP: first"}));
-        QTest::mouseClick(Named<QPushButton>(dsp, "moveUp"), Qt::LeftButton);  // "first" is selected
-        QCOMPARE(Texts(dsp->Active()), (QStringList{"Probe DSP: first", "Probe DSP: second"}));
+        const QStringList available = test::Texts(dsp->Available());
+        dsp->Available()->setCurrentRow(static_cast<int>(available.indexOf("Probe DSP: second")));
+        test::Click(*dsp, "configureAvailable");
+        test::Click(*dsp, "add");
+        dsp->Available()->setCurrentRow(static_cast<int>(available.indexOf("Probe DSP: first")));
+        test::Click(*dsp, "add");
+        test::Click(*dsp, "moveUp");  // "first" is selected
         QVERIFY(dialog.Apply());
-        QCOMPARE(core.GetSettings().dspPlugins, probe + ",0;" + probe + ",1;");
-        QVERIFY(core.Dsp());
-        QCOMPARE(core.Dsp()->ActiveList().size(), size_t{2});
+        QCOMPARE(player().GetSettings().dspPlugins, probe + ",0;" + probe + ",1;");
+        QVERIFY(fixture->WaitUntilHeard());
+        QCOMPARE(fixture->Loudness(), 0);
 
-        dialog.PageOf<DspPage>()->Active()->setCurrentRow(0);
-        QTest::mouseClick(Named<QPushButton>(dsp, "configureActive"), Qt::LeftButton);
-        QCOMPARE(QString::fromStdString(test::ReadFile(log_)), QStringLiteral("dsp config second\ndsp config first\n"));
-        QTest::mouseClick(Named<QPushButton>(dsp, "remove"), Qt::LeftButton);
+        dsp->Active()->setCurrentRow(0);
+        test::Click(*dsp, "remove");
         QVERIFY(dialog.Apply());
-        QCOMPARE(core.GetSettings().dspPlugins, probe + ",1;");
-        QCOMPARE(core.Dsp()->ActiveList().size(), size_t{1});
+        QCOMPARE(player().GetSettings().dspPlugins, probe + ",1;");
+        QVERIFY(fixture->WaitUntilHeard());
+        QVERIFY2(fixture->Loudness() > heard * 8 / 10, "heard again without \"first\"");
 
-        // A new search path: Refresh shows what it holds; Apply enumerates it for the
-        // player, and an active module that is not found there keeps its entry.
-        const std::string empty = fixture_->dir.file("empty");
+        const std::string empty = fixture->dir.file("empty");
         std::filesystem::create_directory(empty);
         dsp->SearchPath()->SetText(QString::fromStdString(empty + ";"));
-        QTest::mouseClick(Named<QPushButton>(dsp, "refresh"), Qt::LeftButton);
+        test::Click(*dsp, "refresh");
         QCOMPARE(dsp->Available()->count(), 0);
-        QCOMPARE(Texts(dsp->Active()), QStringList{QString::fromStdString(probe + ",1 (not found)")});
         QVERIFY(dialog.Apply());
-        QCOMPARE(core.GetSettings().dspPluginsSearchPath, empty + ";");
-        QCOMPARE(core.DspLibraries()->LibraryCount(), size_t{0});
-        QCOMPARE(core.GetSettings().dspPlugins, probe + ",1;");
+        QCOMPARE(player().DspLibraries()->LibraryCount(), size_t{0});
+        QCOMPARE(player().GetSettings().dspPlugins, probe + ",1;");  // kept, and marked
+        QCOMPARE(test::Texts(dsp->Active()), QStringList{QString::fromStdString(probe + ",1 (not found)")});
+        QCOMPARE(fixture->ProbeLog(), std::string("dsp config second\n"));
     }
 
-    void theVisualizationAndGeneralPurposePagesListTheLibrariesFound() {
-        Settings& settings = fixture_->settings;
-        settings.visualizationPluginsSearchPath = std::string(VERDIN_PROBE_DIR) + ";";
-        settings.generalPurposePluginsSearchPath = std::string(VERDIN_PROBE_DIR) + ";";
-        const std::string probe = std::string(VERDIN_PROBE_DIR) + "/probe_vis.so";
-        OptionsDialog dialog(nullptr, *fixture_->core);
-
+    // The other plug-in pages list and configure without starting anything.
+    void theInputVisualizationAndGeneralPurposePages() {
+        player().ChangeSettings([](Settings& s) {
+            s.visualizationPluginsSearchPath = s.generalPurposePluginsSearchPath = std::string(VERDIN_PROBE_DIR) + ";";
+        });
+        OptionsDialog dialog(nullptr, player());
+        auto* input = dialog.PageOf<InputPage>();
+        input->Modules()->setCurrentRow(static_cast<int>(test::Texts(input->Modules()).indexOf("Probe input")));
+        QVERIFY(input->ConfigureSelected() && input->AboutSelected());
         auto* vis = dialog.PageOf<VisualizationPage>();
-        QCOMPARE(Texts(vis->Available()), (QStringList{"Probe Vis: bars", "Probe Vis: scope"}));
+        QCOMPARE(test::Texts(vis->Available()), (QStringList{"Probe Vis: bars", "Probe Vis: scope"}));
         vis->Available()->setCurrentRow(1);
-        QTest::mouseClick(Named<QPushButton>(vis, "add"), Qt::LeftButton);
-        QTest::mouseClick(Named<QPushButton>(vis, "configureActive"), Qt::LeftButton);
-        QCOMPARE(QString::fromStdString(test::ReadFile(log_)), QStringLiteral("vis config scope\n"));
-
+        test::Click(*vis, "add");
+        test::Click(*vis, "configureActive");
         auto* general = dialog.PageOf<GeneralPurposePage>();
-        QCOMPARE(Texts(general->Available()), QStringList{QStringLiteral("Probe General")});
+        QCOMPARE(test::Texts(general->Available()), QStringList{"Probe General"});
         general->SearchPath()->SetText(QStringLiteral("/elsewhere;"));
         QVERIFY(dialog.Apply());
-        QCOMPARE(settings.visualizationPlugins, probe + ",1;");
-        QCOMPARE(settings.generalPurposePluginsSearchPath, std::string("/elsewhere;"));
-        // Listing never starts a plug-in, and the new path is searched at the next start.
-        QCOMPARE(QString::fromStdString(test::ReadFile(log_)), QStringLiteral("vis config scope\n"));
-        QCOMPARE(Texts(dialog.PageOf<GeneralPurposePage>()->Available()), QStringList{});
-    }
-
-    void theInputPageListsTheModulesWithConfigureAndAbout() {
-        OptionsDialog dialog(nullptr, *fixture_->core);
-        auto* input = dialog.PageOf<InputPage>();
-        const QStringList modules = Texts(input->Modules());
-        QCOMPARE(modules.size(), static_cast<qsizetype>(fixture_->core->Modules().ModuleCount()));
-        const int probe = static_cast<int>(modules.indexOf(QStringLiteral("Probe input")));
-        QVERIFY(probe >= 0);
-        QVERIFY(!input->ConfigureSelected());
-        input->Modules()->setCurrentRow(probe);
-        QVERIFY(input->ConfigureSelected());
-        QVERIFY(input->AboutSelected());
-        QCOMPARE(QString::fromStdString(test::ReadFile(log_)), QStringLiteral("input configure\ninput about\n"));
+        QCOMPARE(player().GetSettings().visualizationPlugins, std::string(VERDIN_PROBE_DIR) + "/probe_vis.so,1;");
+        QCOMPARE(player().GetSettings().generalPurposePluginsSearchPath, std::string("/elsewhere;"));
+        QCOMPARE(fixture->ProbeLog(), std::string("input configure\ninput about\nvis config scope\n"));
     }
 
     void resetAllOptionsAsksAndRestoresTheDefaults() {
-        PlayerCore& core = *fixture_->core;
-        Settings& settings = fixture_->settings;
-        settings.bufferSize = 999 * 1024;
-        settings.trackTitleTemplate = "%TITLE%";
-        fixture_->host.answers = {false};
-        core.ExecuteAction(Action::kResetOptions);
-        QCOMPARE(fixture_->host.questions.size(), size_t{1});
-        QCOMPARE(fixture_->host.questions[0].text,
-                 std::string("Do you really want to reset all options (including window positions and such)?"));
-        QVERIFY(fixture_->host.questions[0].icon == MessageIcon::kQuestion);
-        QCOMPARE(settings.bufferSize, 999 * 1024);
-
-        fixture_->host.answers = {true};
-        core.ExecuteAction(Action::kResetOptions);
-        QCOMPARE(settings.bufferSize, 512000);
-        QCOMPARE(settings.trackTitleTemplate, std::string("%LEADARTIST% - %TITLE%"));
-        OptionsDialog dialog(nullptr, core);
-        QCOMPARE(dialog.PageOf<PlayerPage>()->BufferKilobytes()->value(), 500);
+        player().ChangeSettings([](Settings& s) { s.bufferSize = 999 * 1024; });
+        fixture->host.answers = {false, true};
+        player().Execute(Action::kResetOptions);
+        QCOMPARE(fixture->host.questions,
+                 std::vector<std::string>{"Do you really want to reset all options (including window positions and such)?"});
+        QCOMPARE(player().GetSettings().bufferSize, 999 * 1024);
+        player().Execute(Action::kResetOptions);
+        Settings stored;
+        LoadUserSettings(stored, fixture->environment);
+        QCOMPARE(stored.bufferSize, 512000);
+        OptionsDialog dialog(nullptr, player());
+        QCOMPARE(Shown(Control(dialog, "bufferSize")), QVariant(500));
     }
-
-private:
-    std::unique_ptr<test::CoreFixture> fixture_;
-    std::string log_;
 };
 
-QTEST_MAIN(OptionsDialogTests)
+[[maybe_unused]] static const bool registered = test::Register<OptionsDialogTests>();
 #include "OptionsDialogTests.moc"
