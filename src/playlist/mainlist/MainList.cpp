@@ -41,7 +41,8 @@ void MainList::Announce(const ListChange& change) {
     for (size_t i = 0; i < listeners_.size(); ++i) listeners_[i](change);
 }
 
-// After an edit that freed no entry but the ones the edit forgot first.
+// Finds the current entry again after an edit. An edit that frees the current entry
+// forgets it first, so currentItem_ never names a freed entry here.
 void MainList::FollowCurrentItem() {
     const int row = RowOfItem(tree_, currentItem_);
     if (row >= 0) {
