@@ -10,7 +10,7 @@
 // that pointer while the file is open, so the object neither copies nor moves.
 #include "MpegFileSource.h"
 
-#include "engine/input/module_kit/RegularFile.h"
+#include "kit/RegularFile.h"
 
 #include <cstdint>
 #include <optional>

@@ -5,7 +5,7 @@
 #include "MpegHandlePool.h"
 #include "MpegTrackInfo.h"
 
-#include "engine/input/module_kit/ModuleFileFacts.h"
+#include "kit/ModuleFileFacts.h"
 
 #include <atomic>
 #include <cstdio>

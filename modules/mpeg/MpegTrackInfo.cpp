@@ -1,6 +1,6 @@
 #include "MpegTrackInfo.h"
 
-#include "engine/input/module_kit/ModuleFileFacts.h"
+#include "kit/ModuleFileFacts.h"
 
 #include <algorithm>
 #include <cstdint>

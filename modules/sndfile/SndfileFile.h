@@ -12,7 +12,7 @@
 // neither copies nor moves.
 #include "SndfileSource.h"
 
-#include "engine/input/module_kit/RegularFile.h"
+#include "kit/RegularFile.h"
 
 #include <cstdint>
 #include <optional>

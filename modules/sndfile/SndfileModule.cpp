@@ -4,7 +4,7 @@
 #include "SndfileFile.h"
 #include "SndfileTrackInfo.h"
 
-#include "engine/input/module_kit/ModuleFileFacts.h"
+#include "kit/ModuleFileFacts.h"
 
 #include <cstdio>
 #include <string>

@@ -1,6 +1,6 @@
 #include "SndfileTrackInfo.h"
 
-#include "engine/input/module_kit/ModuleFileFacts.h"
+#include "kit/ModuleFileFacts.h"
 
 #include <algorithm>
 #include <limits>

@@ -1,5 +1,6 @@
 #include "IniProfile.h"
 
+#include "base/IniLineScanner.h"
 #include "base/Text.h"
 
 #include <cerrno>
@@ -12,32 +13,15 @@
 
 namespace verdin {
 
-namespace {
-
-
-}  // namespace
-
 IniProfile IniProfile::Parse(std::string_view text) {
     IniProfile profile;
-    size_t start = 0;
-    while (start < text.size()) {
-        size_t end = text.find('\n', start);
-        if (end == std::string_view::npos) end = text.size();
-        std::string_view line = text.substr(start, end - start);
-        start = end + 1;
-        if (!line.empty() && line.back() == '\r') line.remove_suffix(1);
-        line = TrimBlanks(line);
-        if (line.empty()) continue;
-        if (line.front() == '[') {
-            const size_t close = line.find(']');
-            std::string_view name = line.substr(1, close == std::string_view::npos ? std::string_view::npos : close - 1);
-            profile.sections_.push_back(Section{std::string(TrimBlanks(name)), {}});
-            continue;
-        }
-        const size_t eq = line.find('=');
-        if (eq == std::string_view::npos || profile.sections_.empty()) continue;
-        profile.sections_.back().entries.push_back(
-            Entry{std::string(TrimBlanks(line.substr(0, eq))), std::string(Unquote(TrimBlanks(line.substr(eq + 1))))});
+    IniLineScanner scanner(text);
+    IniLine line;
+    while (scanner.Next(&line)) {
+        if (line.kind == IniLine::Kind::kSection)
+            profile.sections_.push_back(Section{std::string(line.name), {}});
+        else if (!profile.sections_.empty())  // a key before any section is not read
+            profile.sections_.back().entries.push_back(Entry{std::string(line.name), std::string(line.value)});
     }
     return profile;
 }
@@ -58,7 +42,7 @@ std::vector<std::string> IniProfile::SectionNames() const {
 
 const IniProfile::Section* IniProfile::FindSection(std::string_view name) const {
     for (const auto& s : sections_)
-        if (EqualsIgnoreCase(s.name, name)) return &s;
+        if (IniNamesMatch(s.name, name)) return &s;
     return nullptr;
 }
 
@@ -66,7 +50,7 @@ const IniProfile::Entry* IniProfile::Find(std::string_view section, std::string_
     const Section* s = FindSection(section);
     if (!s) return nullptr;
     for (const auto& e : s->entries)
-        if (EqualsIgnoreCase(e.key, key)) return &e;
+        if (IniNamesMatch(e.key, key)) return &e;
     return nullptr;
 }
 
@@ -89,7 +73,7 @@ void IniProfile::SetString(std::string_view section, std::string_view key, std::
         s = &sections_.back();
     }
     for (auto& e : s->entries) {
-        if (EqualsIgnoreCase(e.key, key)) {
+        if (IniNamesMatch(e.key, key)) {
             e.value = std::string(value);
             return;
         }
@@ -100,7 +84,7 @@ void IniProfile::SetString(std::string_view section, std::string_view key, std::
 void IniProfile::ClearSection(std::string_view section) {
     bool kept = false;
     for (auto it = sections_.begin(); it != sections_.end();) {
-        if (!EqualsIgnoreCase(it->name, section)) {
+        if (!IniNamesMatch(it->name, section)) {
             ++it;
         } else if (!kept) {
             it->name = std::string(section);
@@ -115,7 +99,7 @@ void IniProfile::ClearSection(std::string_view section) {
 }
 
 void IniProfile::RemoveSection(std::string_view section) {
-    std::erase_if(sections_, [&](const Section& s) { return EqualsIgnoreCase(s.name, section); });
+    std::erase_if(sections_, [&](const Section& s) { return IniNamesMatch(s.name, section); });
 }
 
 std::string IniProfile::Serialize() const {

@@ -10,6 +10,9 @@
 //     loses them; nothing else is special: a value may begin with ";";
 //   - lines end at LF, one CR before it is dropped; written files use CR LF.
 //
+// The lines are scanned by IniLineScanner (base/IniLineScanner.h), as the playlist files'
+// section index scans them.
+//
 // The whole file is parsed once into memory; reading many keys costs no further I/O.
 #include <string>
 #include <string_view>

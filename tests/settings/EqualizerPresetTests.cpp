@@ -12,24 +12,18 @@ namespace {
 
 TEST(EqualizerPresets, LoadingKeepsTheFirstOfANameAndStopsLinksAtAGap) {
     test::TempDir dir;
-    test::WriteFile(dir.file("p.eq"),
-                    "[Rock]\r\nBand1=5\r\nBand16=-3\r\nPreAmp=2\r\nLink1=/m/a.mp3\r\nLink3=/m/c.mp3\r\n"
-                    "[Rock]\r\nBand1=9\r\n"
-                    "[Jazz]\r\nDefault=1\r\n"
-                    "[Flat]\r\nDefault=0\r\n");
+    test::WriteFile(dir.file("p.eq"), "[Rock]\r\nBand1=5\r\nBand16=-3\r\nPreAmp=2\r\nLink1=/m/a.mp3\r\nLink3=/m/c.mp3\r\n"
+                                      "[Rock]\r\nBand1=9\r\n[Jazz]\r\nDefault=1\r\n[Flat]\r\nDefault=0\r\n");
     EqualizerPresetList list;
     EXPECT_EQ(list.LoadFile(dir.file("p.eq")), 3u);
     ASSERT_EQ(list.Count(), 3u);
     const EqualizerPreset& rock = list.At(0);
     EXPECT_EQ(rock.name, "Rock");
-    EXPECT_EQ(rock.bands[0], 5);
-    EXPECT_EQ(rock.bands[15], -3);
-    EXPECT_EQ(rock.bands[1], 0);
+    EXPECT_EQ(rock.bands, (std::array<int32_t, 16>{5, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, -3}));
     EXPECT_EQ(rock.preAmp, 2);
     EXPECT_EQ(rock.links, std::vector<std::string>{"/m/a.mp3"});
     EXPECT_TRUE(list.At(1).isDefault);
     EXPECT_FALSE(list.At(2).isDefault);
-
     // Presets already in the list win against a file loaded later (import).
     test::WriteFile(dir.file("more.eq"), "[Jazz]\r\nBand2=4\r\n[New]\r\nBand2=4\r\n");
     EXPECT_EQ(list.LoadFile(dir.file("more.eq")), 1u);
@@ -40,22 +34,14 @@ TEST(EqualizerPresets, LoadingKeepsTheFirstOfANameAndStopsLinksAtAGap) {
 
 TEST(EqualizerPresets, WritingSkipsZeroBandsAndExportKeepsOtherSections) {
     test::TempDir dir;
-    EqualizerPreset p;
-    p.name = "Mine";
+    EqualizerPreset p{.name = "Mine", .isDefault = true, .links = {"/x/1.mp3", "/x/2.mp3"}}, zero{.name = "All zeroes"};
     p.bands[2] = -4;
-    p.preAmp = 0;
-    p.links = {"/x/1.mp3", "/x/2.mp3"};
-    p.isDefault = true;
     EqualizerPresetList list;
     list.Append(p);
-    EqualizerPreset zero;
-    zero.name = "All zeroes";
     list.Append(zero);
     ASSERT_TRUE(list.SaveAll(dir.file("default.eq")));
     EXPECT_EQ(test::ReadFile(dir.file("default.eq")),
-              "[Mine]\r\nBand3=-4\r\nPreAmp=0\r\nLink1=/x/1.mp3\r\nLink2=/x/2.mp3\r\nDefault=1\r\n"
-              "[All zeroes]\r\nPreAmp=0\r\n");
-
+              "[Mine]\r\nBand3=-4\r\nPreAmp=0\r\nLink1=/x/1.mp3\r\nLink2=/x/2.mp3\r\nDefault=1\r\n[All zeroes]\r\nPreAmp=0\r\n");
     test::WriteFile(dir.file("e.eq"), "[Other]\r\nPreAmp=1\r\n[Mine]\r\nBand9=9\r\n");
     ASSERT_TRUE(EqualizerPresetList::WritePreset(dir.file("e.eq"), zero));
     p.isDefault = false;
@@ -63,49 +49,35 @@ TEST(EqualizerPresets, WritingSkipsZeroBandsAndExportKeepsOtherSections) {
     ASSERT_TRUE(EqualizerPresetList::WritePreset(dir.file("e.eq"), p));
     EXPECT_EQ(test::ReadFile(dir.file("e.eq")),
               "[Other]\r\nPreAmp=1\r\n[Mine]\r\nBand3=-4\r\nPreAmp=0\r\n[All zeroes]\r\nPreAmp=0\r\n");
+    for (const auto& [chosen, name] : {std::pair{"/d/mine.txt", "/d/mine.txt.eq"}, {"/d/mine.EQ", "/d/mine.EQ"},
+                                      {"/d/mine", "/d/mine.eq"}, {"/d.eq/mine", "/d.eq/mine.eq"}})
+        EXPECT_EQ(ExportFileName(chosen), name);
 }
 
 TEST(EqualizerPresets, ChoosingForATrackTakesTheFirstExactLinkThenTheDefault) {
     EqualizerPresetList list;
-    EqualizerPreset a, b, c;
-    a.name = "A";
-    a.bands.fill(1);
-    b.name = "B";
-    b.bands.fill(2);
-    b.preAmp = -2;
-    b.links = {"/m/Song.mp3"};
-    c.name = "C";
-    c.bands.fill(3);
-    c.links = {"/m/Song.mp3"};
-    c.isDefault = true;
-    list.Append(a);
-    list.Append(b);
-    list.Append(c);
-
+    for (int i = 1; i <= 3; ++i) {
+        EqualizerPreset p{.name = std::string(1, char('@' + i)), .preAmp = -i};
+        p.bands.fill(i);
+        if (i > 1) p.links = {"/m/Song.mp3"};
+        p.isDefault = i == 3;
+        list.Append(p);
+    }
     std::array<int32_t, 16> bands{};
     int32_t preAmp = 7;
-    EXPECT_TRUE(list.ChooseForTrack("/m/Song.mp3", bands, preAmp));
-    EXPECT_EQ(bands[0], 2);
-    EXPECT_EQ(preAmp, -2);
-    EXPECT_EQ(list.Current(), 1);
-
-    EXPECT_TRUE(list.ChooseForTrack("/m/song.mp3", bands, preAmp));  // case differs: default
-    EXPECT_EQ(bands[0], 3);
-    EXPECT_EQ(list.Current(), 2);
-
+    const struct {
+        const char* path;
+        int current;
+    } cases[] = {{"/m/Song.mp3", 1}, {"/m/song.mp3", 2}};  // the case differs: the default
+    for (const auto& c : cases) {
+        EXPECT_TRUE(list.ChooseForTrack(c.path, bands, preAmp));
+        EXPECT_EQ(list.Current(), c.current);
+        EXPECT_EQ(bands[15], c.current + 1);
+        EXPECT_EQ(preAmp, -(c.current + 1));
+    }
     list.At(2).isDefault = false;
-    bands.fill(9);
-    preAmp = 9;
     EXPECT_FALSE(list.ChooseForTrack("/m/other.mp3", bands, preAmp));
-    EXPECT_EQ(bands[0], 9);
-    EXPECT_EQ(preAmp, 9);
-}
-
-TEST(EqualizerPresets, ExportNamesGetTheirExtension) {
-    EXPECT_EQ(ExportFileName("/d/mine.txt"), "/d/mine.txt.eq");
-    EXPECT_EQ(ExportFileName("/d/mine.EQ"), "/d/mine.EQ");
-    EXPECT_EQ(ExportFileName("/d/mine"), "/d/mine.eq");
-    EXPECT_EQ(ExportFileName("/d.eq/mine"), "/d.eq/mine.eq");
+    EXPECT_EQ(bands[0], 3);  // untouched
 }
 
 TEST(EqualizerPresets, ResetReadsThePresetFileAgainOrMakesAllZeroes) {
@@ -125,13 +97,12 @@ TEST(EqualizerRecord, ValuesArePreAmpPlusBandsPlusLoudness) {
     std::array<int32_t, 16> bands{};
     bands[0] = 5;
     bands[15] = -10;
-    EqualizerValues plain = MakeEqualizerRecord(bands, 3, false);
-    EXPECT_EQ(plain.gain[0], 8);
-    EXPECT_EQ(plain.gain[1], 3);
-    EXPECT_EQ(plain.gain[15], -7);
-    EqualizerValues loud = MakeEqualizerRecord(bands, 3, true);
-    const int expected[16] = {12, 7, 7, 5, 2, 0, 0, 0, 0, 0, 0, 1, 3, 6, 6, -4};
-    for (int i = 0; i < 16; ++i) EXPECT_EQ(loud.gain[i], expected[i]) << i;
+    for (const bool loudness : {false, true}) {
+        const EqualizerValues record = MakeEqualizerRecord(bands, 3, loudness);
+        const std::vector<int32_t> expected = loudness ? std::vector<int32_t>{12, 7, 7, 5, 2, 0, 0, 0, 0, 0, 0, 1, 3, 6, 6, -4}
+                                                       : std::vector<int32_t>{8, 3, 3, 3, 3, 3, 3, 3, 3, 3, 3, 3, 3, 3, 3, -7};
+        EXPECT_EQ(std::vector<int32_t>(std::begin(record.gain), std::end(record.gain)), expected);
+    }
 }
 
 }  // namespace

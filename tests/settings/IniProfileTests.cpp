@@ -9,37 +9,34 @@
 namespace verdin {
 namespace {
 
-TEST(IniProfile, FirstMatchingSectionAndKeyWinIgnoringCase) {
-    IniProfile p = IniProfile::Parse(
-        "[Playlist]\r\nFile1=a.mp3\r\nfile1=shadowed\r\nNumberOfEntries=2\r\n"
-        "[playlist]\nFile2=never read\n[Entries]\nEntry1=;(YEAR < 1970)\n");
-    EXPECT_EQ(p.GetString("playlist", "FILE1"), "a.mp3");
-    EXPECT_EQ(p.GetString("PLAYLIST", "file2", "none"), "none");
-    EXPECT_EQ(p.GetInt("playlist", "numberofentries"), 2);
-    EXPECT_EQ(p.GetInt("playlist", "missing", 7), 7);
-    EXPECT_EQ(p.GetString("entries", "entry1"), ";(YEAR < 1970)");
-    EXPECT_EQ(p.SectionNames(), (std::vector<std::string>{"Playlist", "playlist", "Entries"}));
-}
-
-TEST(IniProfile, ValuesAreTrimmedUnquotedCutAndReadAsDecimals) {
-    IniProfile p = IniProfile::Parse(
-        "[s]\n  key one  =  spaced value  \nq=\"quoted \"\nneg=-5\nnum=12abc\nbad=x9\nlong=" +
-        std::string(300, 'L') + "\nnoequals\n=empty key\n");
-    EXPECT_EQ(p.GetString("s", "key one"), "spaced value");
-    EXPECT_EQ(p.GetString("s", "q"), "quoted ");
-    EXPECT_EQ(p.GetInt("s", "neg"), -5);
-    EXPECT_EQ(p.GetInt("s", "num"), 12);
-    EXPECT_EQ(p.GetInt("s", "bad", 3), 0);
-    EXPECT_EQ(p.GetString("s", "long").size(), 255u);
+// One text with every quirk of reading: the first section and key of a name win, names
+// ignore case, names and values are trimmed, quotes come off, ";" is no comment, broken
+// headers still name sections, and a key before any section is never read.
+TEST(IniProfile, ReadsTheFirstSectionAndKeyOfANameAsTheFilesNeedIt) {
+    const std::string text = "orphan=1\n[Playlist]\r\nFile1=a.mp3\r\nfile1=shadowed\r\nNumberOfEntries=2\r\n"
+                             "[playlist]\nFile2=never read\n[s]\n  key one  =  spaced value  \nq=\"quoted \"\n"
+                             "neg=-5\nnum=12abc\nbad=x9\n;c=;(YEAR < 1970)\nnoequals\n=empty key\nlong=" +
+                             std::string(300, 'L') + "\n[unclosed\nk=v\n[]\nk=w\n";
+    const IniProfile p = IniProfile::Parse(text);
+    const struct {
+        const char* section;
+        const char* key;
+        std::string value;
+    } strings[] = {
+        {"playlist", "FILE1", "a.mp3"},     {"PLAYLIST", "file2", "-"},       {"s", "key one", "spaced value"},
+        {"s", "q", "quoted "},              {"s", ";C", ";(YEAR < 1970)"},    {"s", "", "empty key"},
+        {"unclosed", "k", "v"},             {"", "k", "w"},                   {"orphan", "orphan", "-"},
+        {"s", "long", std::string(255, 'L')},
+    };
+    for (const auto& c : strings) EXPECT_EQ(p.GetString(c.section, c.key, "-"), c.value) << c.section << "/" << c.key;
     EXPECT_EQ(p.GetString("s", "long", "", 1023).size(), 300u);
-    EXPECT_EQ(p.GetString("s", ""), "empty key");
-}
-
-TEST(IniProfile, KeysBeforeAnySectionAndBrokenHeadersDoNotConfuseReading) {
-    IniProfile p = IniProfile::Parse("orphan=1\n[unclosed\nk=v\n[]\nk=w\n");
-    EXPECT_EQ(p.GetString("unclosed", "k"), "v");
-    EXPECT_EQ(p.GetString("", "k"), "w");
-    EXPECT_EQ(p.GetString("orphan", "orphan", "-"), "-");
+    const struct {
+        const char* section;
+        const char* key;
+        int value;
+    } ints[] = {{"playlist", "numberofentries", 2}, {"playlist", "missing", 7}, {"s", "neg", -5}, {"s", "num", 12}, {"s", "bad", 0}};
+    for (const auto& c : ints) EXPECT_EQ(p.GetInt(c.section, c.key, 7), c.value) << c.key;
+    EXPECT_EQ(p.SectionNames(), (std::vector<std::string>{"Playlist", "playlist", "s", "unclosed", ""}));
 }
 
 TEST(IniProfile, WritingKeepsOrderUsesCrLfAndReplacesSections) {
@@ -66,7 +63,6 @@ TEST(IniProfile, SavingReplacesTheFileWholeOrNotAtAll) {
     struct stat st;
     ASSERT_EQ(::stat(path.c_str(), &st), 0);
     EXPECT_EQ(st.st_mode & 0777, 0640u);
-
     EXPECT_FALSE(p.Save(dir.file("missing/dir/p.ini")));
     EXPECT_TRUE(IniProfile::Load(dir.file("nothing.ini")).SectionNames().empty());
 }

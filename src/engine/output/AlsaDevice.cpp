@@ -2,20 +2,16 @@
 
 #include "engine/output/AlsaDeviceList.h"
 #include "engine/output/AlsaPcm.h"
-#include "engine/output/DeviceRequests.h"
+#include "engine/output/DeviceThread.h"
 #include "engine/output/GenerationCounter.h"
 #include "engine/output/PlayClock.h"
 #include "engine/output/SoftwareVolume.h"
-#include "engine/output/WakeupSignal.h"
 
 #include <algorithm>
 #include <cerrno>
-#include <chrono>
 #include <cstring>
 #include <limits>
 #include <poll.h>
-#include <system_error>
-#include <thread>
 #include <vector>
 
 namespace verdin {
@@ -27,8 +23,6 @@ namespace {
 // buffer rules allow for (they keep 2000 frames, 45 ms, ahead of the card) and lets a
 // playing device wake 50 times a second rather than 200.
 constexpr int kTickMilliseconds = 20;
-// How long closing waits for the device thread to end.
-constexpr auto kCloseTimeout = std::chrono::seconds(3);
 // Largest piece handed to ALSA in one write.
 constexpr uint32_t kPieceFrames = 4096;
 
@@ -41,16 +35,13 @@ struct AlsaDevice::Core {
           bytesPerFrame(f.BytesPerFrame()),
           ringFrames(bytesPerFrame ? ringSize / bytesPerFrame : 0) {}
 
-    void Run();
-
     const PcmFormat format;
     uint8_t* const ring;
     const uint32_t bytesPerFrame;
     const uint32_t ringFrames;
     std::unique_ptr<AlsaPcm> pcm;  // used by the device thread only, once it runs
-    WakeupSignal wake;
+    DeviceThread thread;
 
-    DeviceRequests requests;
     // Played frames of the current run: reset by Start, published by the device thread,
     // read by every thread.
     GenerationCounter played;
@@ -61,11 +52,6 @@ struct AlsaDevice::Core {
     std::atomic<int64_t> endOfData{-1};
     // Volume 0..65535: the user-interface thread writes, the device thread reads.
     std::atomic<uint32_t> volume{kFullVolume};
-    // Set by the closing thread, read by the device thread.
-    std::atomic<bool> quit{false};
-    // Set by the device thread as its last act; read by the closing thread and by
-    // callers waiting for a request.
-    std::atomic<bool> finished{false};
     // The ALSA error that stopped playback, 0 while none: device thread writes once,
     // any thread reads.
     std::atomic<int> error{0};
@@ -86,14 +72,8 @@ public:
           scratch_(size_t{kPieceFrames} * core.bytesPerFrame) {}
 
     void Run() {
-        uint64_t seen = 0;
-        while (!core_.quit.load(std::memory_order_acquire)) {
-            const uint64_t word = core_.requests.Current();
-            if (word != seen) {
-                Apply(DeviceRequest::From(word));
-                seen = word;
-                core_.requests.Done(word);
-            }
+        while (!core_.thread.QuitRequested()) {
+            core_.thread.ServeRequest([this](const DeviceRequest& r) { Apply(r); });
             bool waitForRoom = false;
             if (mode_ == DeviceMode::Playing) {
                 UpdatePlayed();
@@ -257,7 +237,7 @@ private:
     }
 
     void Sleep(bool waitForRoom) {
-        std::vector<struct pollfd> fds{{core_.wake.Fd(), POLLIN, 0}};
+        std::vector<struct pollfd> fds{{core_.thread.WakeFd(), POLLIN, 0}};
         if (waitForRoom && !UsesClock() && !tickKeepsPcmFed_) {
             std::vector<struct pollfd> pcmFds = core_.pcm->PollDescriptors();
             fds.insert(fds.end(), pcmFds.begin(), pcmFds.end());
@@ -265,7 +245,7 @@ private:
         // Held or stopped, nothing changes until a request comes, and every request
         // raises the wake-up signal.
         poll(fds.data(), fds.size(), mode_ == DeviceMode::Playing ? kTickMilliseconds : -1);
-        if (fds[0].revents & POLLIN) core_.wake.Drain();
+        if (fds[0].revents & POLLIN) core_.thread.DrainWake();
     }
 
     AlsaDevice::Core& core_;
@@ -288,11 +268,6 @@ private:
 
 }  // namespace
 
-void AlsaDevice::Core::Run() {
-    Feeder(*this).Run();
-    finished.store(true, std::memory_order_release);
-}
-
 AlsaDevice::AlsaDevice(int deviceNumber, PcmFormat format, uint8_t* ring, uint32_t ringSize)
     : AlsaDevice(AlsaPcmNameOf(deviceNumber).value_or(std::string()), format, ring, ringSize) {}
 
@@ -308,29 +283,19 @@ void AlsaDevice::Open() {
         return;
     }
     auto core = std::make_shared<Core>(format_, ring_, ringSize_);
-    if (!core->wake.Valid()) {
+    if (!core->thread.Ready()) {
         openError_ = std::string("cannot make an eventfd: ") + std::strerror(errno);
         return;
     }
     core->pcm = AlsaPcm::Open(pcmName_, format_, &openError_);
     if (!core->pcm) return;
-    try {
-        std::thread([core] { core->Run(); }).detach();
-    } catch (const std::system_error& e) {
-        openError_ = std::string("cannot start the device thread: ") + e.what();
-        return;
-    }
+    Core* running = core.get();
+    if (!core->thread.Launch(core, [running] { Feeder(*running).Run(); }, &openError_)) return;
     core_ = std::move(core);
 }
 
 AlsaDevice::~AlsaDevice() {
-    if (!core_) return;
-    core_->quit.store(true, std::memory_order_release);
-    core_->wake.Raise();
-    const auto deadline = std::chrono::steady_clock::now() + kCloseTimeout;
-    while (!core_->finished.load(std::memory_order_acquire) &&
-           std::chrono::steady_clock::now() < deadline)
-        std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    if (core_) core_->thread.Close();
 }
 
 bool AlsaDevice::IsOpen() const { return core_ != nullptr; }
@@ -340,24 +305,20 @@ int AlsaDevice::Start() {
     // A new run: nothing committed yet, and an end mark of the last run no longer holds.
     core_->committed.store(0, std::memory_order_release);
     SetEndOfData(-1);
-    const uint16_t run = core_->played.Restart();
-    core_->requests.PostStart(run, core_->wake, core_->finished);
+    core_->thread.Start(core_->played.Restart());
     return 0;
 }
 
 void AlsaDevice::Stop() {
-    if (!core_) return;
-    core_->requests.PostStop(core_->wake, core_->finished);
+    if (core_) core_->thread.Stop();
 }
 
 void AlsaDevice::Pause() {
-    if (!core_) return;
-    core_->requests.PostPause(core_->wake, core_->finished);
+    if (core_) core_->thread.Pause();
 }
 
 void AlsaDevice::Resume() {
-    if (!core_) return;
-    core_->requests.PostResume(core_->wake, core_->finished);
+    if (core_) core_->thread.Resume();
 }
 
 void AlsaDevice::TakeBackFrames(uint32_t frames) {

@@ -2,12 +2,11 @@
 #include "PulseDevice.h"
 
 #include "engine/output/CommitQueue.h"
-#include "engine/output/DeviceRequests.h"
+#include "engine/output/DeviceThread.h"
 #include "engine/output/GenerationCounter.h"
 #include "engine/output/PlayClock.h"
 #include "engine/output/PulseConnection.h"
 #include "engine/output/PulseVolume.h"
-#include "engine/output/WakeupSignal.h"
 
 #include <pulse/error.h>
 #include <pulse/introspect.h>
@@ -18,7 +17,6 @@
 
 #include <algorithm>
 #include <chrono>
-#include <system_error>
 #include <thread>
 
 namespace verdin {
@@ -31,7 +29,6 @@ constexpr const char* kStreamName = "Verdin playback";
 constexpr int kTickMilliseconds = 20;
 // The same while held or stopped: requests and commits wake the thread anyway.
 constexpr int kIdleTickMilliseconds = 100;
-constexpr auto kCloseTimeout = std::chrono::seconds(3);
 // How long a stream thread keeps trying when the commit queue is full (the device
 // thread is held up) before it drops the commit and reports the device as failed.
 constexpr auto kCommitTimeout = std::chrono::milliseconds(500);
@@ -60,8 +57,6 @@ struct PulseDevice::Core {
         }
     }
 
-    void Run();
-
     const PcmFormat format;
     uint8_t* const ring;
     const uint32_t ringSize;
@@ -71,18 +66,13 @@ struct PulseDevice::Core {
     std::unique_ptr<PulseConnection> connection;
     pa_stream* stream = nullptr;
 
-    WakeupSignal wake;
+    DeviceThread thread;
     CommitQueue commits;
-    DeviceRequests requests;
     // Played frames of the current run: reset by Start, published by the device thread.
     GenerationCounter played;
     // The volume in hundredths of a decibel: the user-interface thread writes, the
     // device thread reads and applies it on the server.
     std::atomic<int32_t> volume{0};
-    // Set by the closing thread, read by the device thread.
-    std::atomic<bool> quit{false};
-    // Set by the device thread as its last act; read by the closing thread and callers.
-    std::atomic<bool> finished{false};
     // Raised once by whichever thread meets an error, after it has written failure.
     std::atomic<bool> failed{false};
     std::atomic<bool> claimedFailure{false};  // who gets to write failure: first CAS wins
@@ -106,17 +96,11 @@ public:
     ~Writer() { CancelPending(); }
 
     void Run() {
-        uint64_t seen = 0;
-        while (!core_.quit.load(std::memory_order_acquire)) {
+        while (!core_.thread.QuitRequested()) {
             CheckServer();
             // The volume first: a volume set before Resume is heard from the first frame.
             ApplyVolume();
-            const uint64_t word = core_.requests.Current();
-            if (word != seen) {
-                Apply(DeviceRequest::From(word));
-                seen = word;
-                core_.requests.Done(word);
-            }
+            core_.thread.ServeRequest([this](const DeviceRequest& r) { Apply(r); });
             if (!startPending_) DrainCommits();
             UpdatePlayed();
             core_.played.Publish(run_, static_cast<uint64_t>(played_));
@@ -277,9 +261,9 @@ private:
 
     // When the main loop cannot run (the server went away), wait for a request instead.
     void SleepOnWakeup() {
-        struct pollfd fd{core_.wake.Fd(), POLLIN, 0};
+        struct pollfd fd{core_.thread.WakeFd(), POLLIN, 0};
         poll(&fd, 1, kTickMilliseconds);
-        if (fd.revents & POLLIN) core_.wake.Drain();
+        if (fd.revents & POLLIN) core_.thread.DrainWake();
     }
 
     PulseDevice::Core& core_;
@@ -298,11 +282,6 @@ private:
 };
 
 }  // namespace
-
-void PulseDevice::Core::Run() {
-    Writer(*this).Run();
-    finished.store(true, std::memory_order_release);
-}
 
 PulseDevice::PulseDevice(PcmFormat format, uint8_t* ring, uint32_t ringSize, int deviceIndex,
                          int cooperativeLevel)
@@ -349,52 +328,38 @@ PulseDevice::PulseDevice(PcmFormat format, uint8_t* ring, uint32_t ringSize, int
         openError_ = "the PulseAudio stream did not start: " + core->connection->LastError();
         return;
     }
-    if (!core->wake.Valid()) {
+    if (!core->thread.Ready()) {
         openError_ = "cannot make an eventfd";
         return;
     }
-    core->connection->SetWakeup(&core->wake);
-    try {
-        std::thread([core] { core->Run(); }).detach();
-    } catch (const std::system_error& e) {
-        openError_ = std::string("cannot start the device thread: ") + e.what();
-        return;
-    }
+    core->connection->SetWakeup(&core->thread.Wakeup());
+    Core* running = core.get();
+    if (!core->thread.Launch(core, [running] { Writer(*running).Run(); }, &openError_)) return;
     core_ = std::move(core);
 }
 
 PulseDevice::~PulseDevice() {
-    if (!core_) return;
-    core_->quit.store(true, std::memory_order_release);
-    core_->wake.Raise();
-    const auto deadline = std::chrono::steady_clock::now() + kCloseTimeout;
-    while (!core_->finished.load(std::memory_order_acquire) &&
-           std::chrono::steady_clock::now() < deadline)
-        std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    if (core_) core_->thread.Close();
 }
 
 bool PulseDevice::IsOpen() const { return core_ != nullptr; }
 
 int PulseDevice::Start() {
     if (!core_) return 0;
-    const uint16_t run = core_->played.Restart();
-    core_->requests.PostStart(run, core_->wake, core_->finished);
+    core_->thread.Start(core_->played.Restart());
     return 0;
 }
 
 void PulseDevice::Stop() {
-    if (!core_) return;
-    core_->requests.PostStop(core_->wake, core_->finished);
+    if (core_) core_->thread.Stop();
 }
 
 void PulseDevice::Pause() {
-    if (!core_) return;
-    core_->requests.PostPause(core_->wake, core_->finished);
+    if (core_) core_->thread.Pause();
 }
 
 void PulseDevice::Resume() {
-    if (!core_) return;
-    core_->requests.PostResume(core_->wake, core_->finished);
+    if (core_) core_->thread.Resume();
 }
 
 void PulseDevice::TakeBackFrames(uint32_t frames) {
@@ -406,21 +371,20 @@ void PulseDevice::CommitFrames(int32_t count) {
     if (!core_ || count == 0) return;
     const auto deadline = std::chrono::steady_clock::now() + kCommitTimeout;
     while (!core_->commits.Push(count)) {
-        core_->wake.Raise();
-        if (core_->finished.load(std::memory_order_acquire) ||
-            std::chrono::steady_clock::now() >= deadline) {
+        core_->thread.Wake();
+        if (core_->thread.Ended() || std::chrono::steady_clock::now() >= deadline) {
             core_->Fail("the PulseAudio device thread does not keep up; a block was lost");
             return;
         }
         std::this_thread::sleep_for(std::chrono::milliseconds(1));
     }
-    core_->wake.Raise();
+    core_->thread.Wake();
 }
 
 void PulseDevice::SetVolume(uint32_t volume) {
     if (!core_) return;
     core_->volume.store(VolumeToHundredthsOfDecibel(volume), std::memory_order_release);
-    core_->wake.Raise();
+    core_->thread.Wake();
 }
 
 uint32_t PulseDevice::GetVolume() {

@@ -1,5 +1,6 @@
 #include "IniSectionIndex.h"
 
+#include "base/IniLineScanner.h"
 #include "base/Text.h"
 
 #include <algorithm>
@@ -9,7 +10,6 @@
 namespace verdin {
 
 namespace {
-
 
 // The number n when digits is exactly how "%d" prints a positive n.
 int PositiveDecimal(std::string_view digits) {
@@ -24,33 +24,21 @@ int PositiveDecimal(std::string_view digits) {
 IniSectionIndex IniSectionIndex::Parse(std::string_view text, std::string_view section) {
     IniSectionIndex index;
     bool inside = false;  // lines now belong to the first section of that name
-    size_t start = 0;
-    while (start < text.size()) {
-        size_t end = text.find('\n', start);
-        if (end == std::string_view::npos) end = text.size();
-        std::string_view line = text.substr(start, end - start);
-        start = end + 1;
-        if (!line.empty() && line.back() == '\r') line.remove_suffix(1);
-        line = TrimBlanks(line);
-        if (line.empty()) continue;
-        if (line.front() == '[') {
+    IniLineScanner scanner(text);
+    IniLine line;
+    while (scanner.Next(&line)) {
+        if (line.kind == IniLine::Kind::kSection) {
             if (inside) break;  // its section has ended
-            const size_t close = line.find(']');
-            const std::string_view name =
-                line.substr(1, close == std::string_view::npos ? std::string_view::npos : close - 1);
-            inside = EqualsIgnoreCase(TrimBlanks(name), section);
-            continue;
+            inside = IniNamesMatch(line.name, section);
+        } else if (inside) {
+            index.values_.try_emplace(IniNameKey(line.name), line.value);
         }
-        if (!inside) continue;
-        const size_t eq = line.find('=');
-        if (eq == std::string_view::npos) continue;
-        index.values_.try_emplace(ToLower(TrimBlanks(line.substr(0, eq))), Unquote(TrimBlanks(line.substr(eq + 1))));
     }
     return index;
 }
 
 const std::string* IniSectionIndex::Find(std::string_view key) const {
-    const auto it = values_.find(ToLower(key));
+    const auto it = values_.find(IniNameKey(key));
     return it == values_.end() ? nullptr : &it->second;
 }
 
@@ -60,11 +48,11 @@ int IniSectionIndex::GetInt(std::string_view key, int fallback) const {
 }
 
 std::vector<std::string_view> IniSectionIndex::NumberedValues(std::string_view prefix, int count) const {
-    const std::string lowerPrefix = ToLower(prefix);
+    const std::string prefixKey = IniNameKey(prefix);
     std::vector<std::pair<int, std::string_view>> numbered;
     for (const auto& [key, value] : values_) {
-        if (key.size() <= lowerPrefix.size() || key.compare(0, lowerPrefix.size(), lowerPrefix) != 0) continue;
-        const int n = PositiveDecimal(std::string_view(key).substr(lowerPrefix.size()));
+        if (key.size() <= prefixKey.size() || key.compare(0, prefixKey.size(), prefixKey) != 0) continue;
+        const int n = PositiveDecimal(std::string_view(key).substr(prefixKey.size()));
         if (n >= 1 && n <= count) numbered.emplace_back(n, value);
     }
     std::sort(numbered.begin(), numbered.end(),

@@ -1,10 +1,10 @@
 #pragma once
 // One section of an INI text, indexed for reading thousands of numbered keys.
 //
-// It reads exactly as IniProfile does (settings/IniProfile.h: the first section of that
-// name, the first key of a name, names compared without regard to case, names and values
-// trimmed, a value wholly in quotes unquoted), but looks keys up by hash instead of by a
-// walk over the section, so reading "Entry1".."Entry100000" stays linear.
+// It reads exactly as IniProfile does (settings/IniProfile.h): the same line scanner
+// (base/IniLineScanner.h) and its case rule, the first section of that name, the first
+// key of a name; but it looks keys up by hash instead of by a walk over the section, so
+// reading "Entry1".."Entry100000" stays linear.
 #include <string>
 #include <string_view>
 #include <unordered_map>

@@ -32,6 +32,18 @@ protected:
         return added;
     }
 
+    // A fresh main playlist holding one nested playlist of that name with one track; the
+    // main playlist has no unsaved changes.
+    Playlist& Nested(const std::string& name) {
+        main_.Clear();
+        auto nested = std::make_unique<Playlist>(PathOf(name));
+        nested->AppendItem(std::make_unique<TrackItem>("/m/a.mp3"));
+        Playlist& added = *nested;
+        main_.AppendItem(std::move(nested));
+        main_.SetModified(false);
+        return added;
+    }
+
     std::vector<std::string> FilesIn(const std::string& relative) const {
         std::vector<std::string> names;
         for (const auto& entry : std::filesystem::directory_iterator(dir_.path() / relative))
@@ -41,11 +53,14 @@ protected:
     }
 };
 
+// Each format's lines for a playlist holding one item of each kind and place, and for an
+// empty one, which still has its header and count.
 TEST_F(Saving, EachFormatWritesItsLines) {
     const struct {
         PlaylistFormat format;
         const char* name;
         std::string text;
+        bool empty = false;
     } cases[] = {
         {PlaylistFormat::kM3u, "Lists/mix.m3u",
          "a.mp3\r\nSub/b.ogg\r\n/elsewhere/c.flac\r\nhttp://radio.example/live\r\nsub/inner.m3u\r\n"},
@@ -57,73 +72,48 @@ TEST_F(Saving, EachFormatWritesItsLines) {
          "Entry2=;GENRE = \"Rock\"\r\nEntry3=Sub/b.ogg\r\nEntry4=/elsewhere/c.flac\r\n"
          "Entry5=http://radio.example/live\r\nEntry6=sub/inner.m3u\r\nEntry7=;YEAR > 1990\r\n"
          "NumberOfEntries=7\r\n"},
+        {PlaylistFormat::kM3u, "Lists/e.m3u", "", true},
+        {PlaylistFormat::kPls, "Lists/e.pls", "[playlist]\r\nNumberOfEntries=0\r\n", true},
+        {PlaylistFormat::kVdp, "Lists/e.vdp", "[Verdin Advanced Playlist]\r\nVersion=1.00\r\n[Entries]\r\nNumberOfEntries=0\r\n", true},
     };
     for (const auto& c : cases) {
         main_.Clear();
         Playlist& mix = MakeMix();
+        if (c.empty) mix.Clear();
         ASSERT_TRUE(SavePlaylist(mix, PathOf(c.name), c.format)) << c.name;
         EXPECT_EQ(ReadFile(PathOf(c.name)), c.text) << c.name;
     }
 }
 
-TEST_F(Saving, AnEmptyPlaylistStillHasItsHeaderAndCount) {
-    MakeDirectory("l");
-    Playlist empty(PathOf("l/e.vdp"));
-    ASSERT_TRUE(SavePlaylist(empty, PathOf("l/e.m3u"), PlaylistFormat::kM3u));
-    ASSERT_TRUE(SavePlaylist(empty, PathOf("l/e.pls"), PlaylistFormat::kPls));
-    ASSERT_TRUE(SavePlaylist(empty, PathOf("l/e.vdp"), PlaylistFormat::kVdp));
-    EXPECT_EQ(ReadFile(PathOf("l/e.m3u")), "");
-    EXPECT_EQ(ReadFile(PathOf("l/e.pls")), "[playlist]\r\nNumberOfEntries=0\r\n");
-    EXPECT_EQ(ReadFile(PathOf("l/e.vdp")), "[Verdin Advanced Playlist]\r\nVersion=1.00\r\n[Entries]\r\nNumberOfEntries=0\r\n");
-}
-
-TEST_F(Saving, TheFormatsExtensionIsAppendedWhenMissing) {
+// Saving under a name: the format's extension is appended when missing, the playlist takes
+// the name, its own flag is cleared, and a new name marks the parent as changed.
+TEST_F(Saving, TheNameTakesTheFormatsExtensionAndANewOneMarksTheParent) {
     MakeDirectory("l");
     const struct {
-        const char* asked;
+        const char *asked, *written;
         PlaylistFormat format;
-        const char* written;
-    } cases[] = {
-        {"l/mix", PlaylistFormat::kPls, "l/mix.pls"},
-        {"l/mix.PLS", PlaylistFormat::kPls, "l/mix.PLS"},
-        {"l/mix.vdp", PlaylistFormat::kM3u, "l/mix.vdp.m3u"},
-        {"l/Mix.M3u", PlaylistFormat::kM3u, "l/Mix.M3u"},
-    };
-    for (const auto& c : cases) {
-        Playlist playlist;
-        ASSERT_TRUE(SavePlaylist(playlist, PathOf(c.asked), c.format)) << c.asked;
-        EXPECT_EQ(playlist.FileName(), PathOf(c.written));
-        EXPECT_TRUE(FileExists(PathOf(c.written))) << c.written;
-    }
-    EXPECT_EQ(FilesIn("l"), (std::vector<std::string>{"Mix.M3u", "mix.PLS", "mix.pls", "mix.vdp.m3u"}));
-}
-
-TEST_F(Saving, ANewNameMarksTheParentAndTheSaveClearsTheOwnFlag) {
-    MakeDirectory("l");
-    const struct {
-        const char* savedAs;
         bool parentModified;
     } cases[] = {
-        {"l/mix.vdp", false},  // its own name
-        {"l/mix", false},      // the same once the extension is appended
-        {"l/other.vdp", true},
-        {"l/MIX.vdp", true},   // a name differing only in case is another name
-        {"l/mix.pls", true},
+        {"l/mix.vdp", "l/mix.vdp", PlaylistFormat::kVdp, false},  // its own name
+        {"l/mix", "l/mix.vdp", PlaylistFormat::kVdp, false},      // the same once the extension is appended
+        {"l/other.vdp", "l/other.vdp", PlaylistFormat::kVdp, true},
+        {"l/MIX.vdp", "l/MIX.vdp", PlaylistFormat::kVdp, true},   // differing only in case is another name
+        {"l/mix", "l/mix.pls", PlaylistFormat::kPls, true},
+        {"l/mix.PLS", "l/mix.PLS", PlaylistFormat::kPls, true},
+        {"l/mix.vdp", "l/mix.vdp.m3u", PlaylistFormat::kM3u, true},
+        {"l/Mix.M3u", "l/Mix.M3u", PlaylistFormat::kM3u, true},
     };
     for (const auto& c : cases) {
-        main_.Clear();
-        auto nested = std::make_unique<Playlist>(PathOf("l/mix.vdp"));
-        Playlist& mix = *nested;
-        main_.AppendItem(std::move(nested));
-        mix.AppendItem(std::make_unique<TrackItem>("/m/a.mp3"));
-        main_.SetModified(false);
+        Playlist& mix = Nested("l/mix.vdp");
         ASSERT_TRUE(mix.Modified());
-        const PlaylistFormat format = std::string(c.savedAs).ends_with(".pls") ? PlaylistFormat::kPls : PlaylistFormat::kVdp;
-        ASSERT_TRUE(SavePlaylist(mix, PathOf(c.savedAs), format)) << c.savedAs;
-        EXPECT_FALSE(mix.Modified()) << c.savedAs;
-        EXPECT_EQ(main_.Modified(), c.parentModified) << c.savedAs;
+        ASSERT_TRUE(SavePlaylist(mix, PathOf(c.asked), c.format)) << c.asked;
+        EXPECT_EQ(mix.FileName(), PathOf(c.written));
+        EXPECT_FALSE(mix.Modified()) << c.asked;
+        EXPECT_EQ(main_.Modified(), c.parentModified) << c.asked;
         EXPECT_FALSE(HasUnsavedPlaylists(main_));
     }
+    EXPECT_EQ(FilesIn("l"), (std::vector<std::string>{"MIX.vdp", "Mix.M3u", "mix.PLS", "mix.pls", "mix.vdp", "mix.vdp.m3u",
+                                                      "other.vdp"}));
     // The main playlist has no parent to mark.
     main_.SetModified(true);
     ASSERT_TRUE(SavePlaylist(main_, PathOf("l/default.vdp"), PlaylistFormat::kVdp));
@@ -143,12 +133,7 @@ TEST_F(Saving, AFileThatCannotBeCreatedChangesNothingOnDisk) {
         {"taken.m3u", "a directory has the name"},
     };
     for (const auto& c : cases) {
-        main_.Clear();
-        auto nested = std::make_unique<Playlist>(PathOf("old.m3u"));
-        Playlist& mix = *nested;
-        main_.AppendItem(std::move(nested));
-        mix.AppendItem(std::make_unique<TrackItem>("/m/a.mp3"));
-        main_.SetModified(false);
+        Playlist& mix = Nested("old.m3u");
         const std::vector<std::string> before = FilesIn("");
         EXPECT_FALSE(SavePlaylist(mix, PathOf(c.name), PlaylistFormat::kM3u)) << c.why;
         EXPECT_EQ(FilesIn(""), before) << c.why;

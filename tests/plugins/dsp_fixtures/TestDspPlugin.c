@@ -1,26 +1,16 @@
 /*
- * A configurable DSP plug-in for the host's tests, written in C against the SDK headers
- * alone, to keep them honest about C linkage. The build chooses the set of modules:
+ * A configurable DSP plug-in for the host's tests, in C against the SDK headers alone, to
+ * keep them honest about C linkage. The build chooses: TEST_DSP_NAME (the description);
+ * TEST_DSP_KIT or TEST_DSP_OTHER (the module sets below; neither: no modules);
+ * TEST_DSP_WITHOUT_ENTRY_POINT; TEST_DSP_NULL_HEADER (the entry point returns NULL);
+ * TEST_DSP_ENDLESS (getModule repeats the modules for ever).
  *
- *   TEST_DSP_NAME                 the header's description
- *   TEST_DSP_KIT                  the "Kit" modules (below)
- *   TEST_DSP_OTHER                the "Other" modules
- *   (neither)                     no modules: getModule(0) is NULL
- *   TEST_DSP_WITHOUT_ENTRY_POINT  exports no entry point
- *   TEST_DSP_NULL_HEADER          the entry point returns NULL
- *   TEST_DSP_ENDLESS              getModule never answers NULL for an index >= 0: it
- *                                 repeats the modules over and over
- *
- * What the modules do to a block, so that a test can read the order of calls from the
- * samples themselves ("append 1" then "append 2" turns 0 into 12):
- *   append d   every sample s of the block becomes s * 10 + d (16-bit), returns numsamples
- *   halve      returns numsamples / 2, samples untouched
- *   double     copies the block after itself, returns 2 * numsamples
- *   negative   returns -1
- *   overlong   returns 3 * numsamples without writing anything (more than allowed)
- *   gate       reports "gate", then appends 9
- *   format     reports its arguments, returns numsamples
- * Every module reports its Init, Quit and Config and any breach of the contract.
+ * What the modules do to a 16-bit block, so a test reads the order of calls from the
+ * samples ("append 1" then "append 2" turns 0 into 12): append d (s becomes s * 10 + d),
+ * halve (returns half the frames), double (copies the block after itself), negative
+ * (returns -1), overlong (returns 3 x the frames, writing nothing), gate (reports "gate",
+ * then appends 9), format (reports its arguments). Every module reports Init, Quit,
+ * Config and any breach of the contract (see TestDspProtocol.h).
  */
 #include "TestDspProtocol.h"
 
@@ -32,33 +22,28 @@
 #include <string.h>
 
 enum Kind { APPEND, HALVE, DOUBLE, NEGATIVE, OVERLONG, GATE, FORMAT };
-
-typedef struct ModuleSpec {
+typedef struct ModuleRecipe {
     const char* description;
     enum Kind kind;
     int digit;
-} ModuleSpec;
+} ModuleRecipe;
 
-static const ModuleSpec specs[] = {
+static const ModuleRecipe recipes[] = {
 #if defined(TEST_DSP_KIT)
-    {"append 1", APPEND, 1}, {"append 2", APPEND, 2}, {"append 3", APPEND, 3},
-    {"halve", HALVE, 0},     {"double", DOUBLE, 0},   {"negative", NEGATIVE, 0},
-    {"overlong", OVERLONG, 0}, {"gate", GATE, 9},     {"format", FORMAT, 0},
+    {"append 1", APPEND, 1}, {"append 2", APPEND, 2},     {"append 3", APPEND, 3}, {"halve", HALVE, 0},
+    {"double", DOUBLE, 0},   {"negative", NEGATIVE, 0},   {"overlong", OVERLONG, 0}, {"gate", GATE, 9},
+    {"format", FORMAT, 0},
 #elif defined(TEST_DSP_OTHER)
     {"append 4", APPEND, 4}, {"append 5", APPEND, 5},
 #endif
     {NULL, APPEND, 0} /* end */
 };
-#define MODULE_COUNT ((int)(sizeof specs / sizeof specs[0]) - 1)
-#define MODULE_SLOTS ((int)(sizeof specs / sizeof specs[0]))
+#define MODULE_COUNT ((int)(sizeof recipes / sizeof recipes[0]) - 1)
 
-static winampDSPModule modules[MODULE_SLOTS];
+static winampDSPModule modules[MODULE_COUNT + 1];
 /* Per module: Init calls not yet undone by Quit, and calls of ModifySamples in progress.
  * Init and Quit come from the test's main thread, ModifySamples from its stream threads. */
-static atomic_int initialised[MODULE_SLOTS];
-static atomic_int inside[MODULE_SLOTS];
-
-static int IndexOf(const winampDSPModule* module) { return (int)(module - modules); }
+static atomic_int initialised[MODULE_COUNT + 1], inside[MODULE_COUNT + 1];
 
 static void Report(winampDSPModule* module, const char* event) {
     char text[160];
@@ -70,68 +55,53 @@ static void Report(winampDSPModule* module, const char* event) {
 static void Config(winampDSPModule* module) { Report(module, "Config"); }
 
 static int Init(winampDSPModule* module) {
-    atomic_fetch_add(&initialised[IndexOf(module)], 1);
+    atomic_fetch_add(&initialised[module - modules], 1);
     Report(module, "Init");
     return 0;
 }
 
 static void Quit(winampDSPModule* module) {
-    const int index = IndexOf(module);
-    if (atomic_load(&inside[index]) > 0) Report(module, "violation: Quit while processing");
-    if (atomic_fetch_sub(&initialised[index], 1) <= 0) Report(module, "violation: Quit without Init");
+    if (atomic_load(&inside[module - modules]) > 0) Report(module, "violation: Quit while processing");
+    if (atomic_fetch_sub(&initialised[module - modules], 1) <= 0) Report(module, "violation: Quit without Init");
     Report(module, "Quit");
 }
 
-static void Append(short* samples, int count, int digit) {
-    for (int i = 0; i < count; ++i) samples[i] = (short)(samples[i] * 10 + digit);
-}
-
 static int ModifySamples(winampDSPModule* module, short* samples, int numsamples, int bps, int nch, int srate) {
-    const int index = IndexOf(module);
-    atomic_fetch_add(&inside[index], 1);
-    if (atomic_load(&initialised[index]) <= 0) Report(module, "violation: ModifySamples without Init");
-    const int values = numsamples * nch; /* the append modules assume 16-bit blocks */
-    const size_t bytes = (size_t)values * (size_t)(bps / 8);
+    const ModuleRecipe* recipe = &recipes[module - modules];
+    atomic_fetch_add(&inside[module - modules], 1);
+    if (atomic_load(&initialised[module - modules]) <= 0) Report(module, "violation: ModifySamples without Init");
+    const int values = numsamples * nch;
     int result = numsamples;
-    switch (specs[index].kind) {
-    case APPEND: Append(samples, values, specs[index].digit); break;
+    char event[80];
+    switch (recipe->kind) {
+    case GATE: Report(module, "gate"); /* fall through */
+    case APPEND:
+        for (int i = 0; i < values; ++i) samples[i] = (short)(samples[i] * 10 + recipe->digit);
+        break;
     case HALVE: result = numsamples / 2; break;
     case DOUBLE:
-        memcpy((char*)samples + bytes, samples, bytes);
+        memcpy((char*)samples + (size_t)values * (size_t)(bps / 8), samples, (size_t)values * (size_t)(bps / 8));
         result = 2 * numsamples;
         break;
     case NEGATIVE: result = -1; break;
     case OVERLONG: result = 3 * numsamples; break;
-    case GATE:
-        Report(module, "gate");
-        Append(samples, values, specs[index].digit);
-        break;
-    case FORMAT: {
-        char event[80];
+    case FORMAT:
         snprintf(event, sizeof event, "format %d %d %d %d", bps, nch, srate, numsamples);
         Report(module, event);
         break;
     }
-    }
-    atomic_fetch_sub(&inside[index], 1);
+    atomic_fetch_sub(&inside[module - modules], 1);
     return result;
 }
 
 static winampDSPModule* GetModule(int which) {
 #if defined(TEST_DSP_ENDLESS)
-    if (which < 0 || MODULE_COUNT == 0) return NULL;
-    which %= MODULE_COUNT;
-#else
-    if (which < 0 || which >= MODULE_COUNT) return NULL;
+    if (which >= 0 && MODULE_COUNT > 0) which %= MODULE_COUNT;
 #endif
+    if (which < 0 || which >= MODULE_COUNT) return NULL;
     winampDSPModule* module = &modules[which];
-    if (!module->description) {
-        module->description = (char*)specs[which].description;
-        module->Config = Config;
-        module->Init = Init;
-        module->ModifySamples = ModifySamples;
-        module->Quit = Quit;
-    }
+    if (!module->description) *module = (winampDSPModule){(char*)recipes[which].description, NULL, NULL, Config, Init,
+                                                          ModifySamples, Quit, NULL};
     return module;
 }
 

@@ -18,22 +18,14 @@ namespace {
 
 using test::LoadedHandle;
 using test::PlaceTestModule;
-using test::TempDir;
-using test::TestWindow;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
-
-const std::vector<std::string> kKitModules = {"append 1", "append 2", "append 3", "halve", "double",
-                                              "negative", "overlong", "gate",     "format"};
 
 // Three directories: "a" and "b" on the search path, "c" (which also holds a plug-in)
 // left off it. "a" holds every kind of file enumeration meets.
 class EnumerationTest : public ::testing::Test {
 protected:
     void SetUp() override {
-        a = dir.file("a");
-        b = dir.file("b");
-        c = dir.file("c");
         alpha = PlaceTestModule("other", a, "Alpha.so");
         beta = PlaceTestModule("kit", a, "beta.so");
         PlaceTestModule("nullheader", a, "cNullHeader.so");
@@ -47,56 +39,32 @@ protected:
         PlaceTestModule("other", c, "unlisted.so");
     }
 
-    TempDir dir;
-    TestWindow window;
-    std::string a, b, c, alpha, beta, gamma, upper, inB;
+    test::TempDir dir;
+    test::TestWindow window;
+    std::string a = dir.file("a"), b = dir.file("b"), c = dir.file("c");
+    std::string alpha, beta, gamma, upper, inB;
 };
 
-TEST_F(EnumerationTest, ListsDspLibrariesDirectoryByDirectoryInListingOrder) {
+TEST_F(EnumerationTest, ListsDspLibrariesDirectoryByDirectoryAndLeavesThemUnloaded) {
     DspLibraryList list(window.record(), a + ";;" + b + ";");
-
     std::vector<std::string> paths;
     for (const DspLibrary& library : list.libraries()) paths.push_back(library.path);
-    // Names sort without regard to case (Alpha, beta, gamma, Upper); files that fail to
-    // load, lack the entry point or give no header are left out, as are directories,
-    // other extensions and directory c.
+    // Names sort without regard to case; files that fail to load, lack the entry point or
+    // give no header are left out, as are directories, other extensions and directory c.
     EXPECT_THAT(paths, ElementsAre(alpha, beta, gamma, upper, inB));
-
     ASSERT_EQ(list.LibraryCount(), 5u);
     EXPECT_EQ(list.LibraryAt(0)->description, "Other");
     EXPECT_THAT(list.LibraryAt(0)->moduleDescriptions, ElementsAre("append 4", "append 5"));
-    EXPECT_EQ(list.LibraryAt(1)->description, "Kit");
-    EXPECT_EQ(list.LibraryAt(1)->moduleDescriptions, kKitModules);
-    // getModule(0) NULL: listed with its description and no modules.
-    EXPECT_EQ(list.LibraryAt(2)->description, "Empty");
+    EXPECT_EQ(list.LibraryAt(1)->moduleDescriptions,
+              (std::vector<std::string>{"append 1", "append 2", "append 3", "halve", "double", "negative", "overlong",
+                                        "gate", "format"}));
+    EXPECT_EQ(list.LibraryAt(2)->description, "Empty");  // getModule(0) NULL: no modules
     EXPECT_THAT(list.LibraryAt(2)->moduleDescriptions, IsEmpty());
     EXPECT_EQ(list.LibraryAt(5), nullptr);
-}
-
-TEST_F(EnumerationTest, LeavesNothingLoadedAndCallsNoModule) {
-    DspLibraryList list(window.record(), a + ";" + b + ";");
-    for (const DspLibrary& library : list.libraries()) EXPECT_EQ(LoadedHandle(library.path), nullptr) << library.path;
-    EXPECT_THAT(window.Events(), IsEmpty());
-}
-
-TEST_F(EnumerationTest, SearchPathPiecesAreUsedAsWritten) {
-    struct Case {
-        std::string searchPath;
-        size_t libraries;
-    };
-    const Case cases[] = {
-        {"", 0},
-        {";;;", 0},
-        {b, 1},                            // the last piece needs no ";"
-        {";" + b + ";;", 1},               // empty pieces anywhere are skipped
-        {b + ";" + b + ";", 2},            // a directory listed twice is searched twice
-        {dir.file("missing") + ";" + b + ";", 1},
-        {b + "/kit.so;", 0},               // a file is not a directory
-    };
-    for (const Case& c : cases) {
-        DspLibraryList list(window.record(), c.searchPath);
-        EXPECT_EQ(list.LibraryCount(), c.libraries) << "\"" << c.searchPath << "\"";
-    }
+    for (const std::string& path : paths) EXPECT_EQ(LoadedHandle(path), nullptr) << path;
+    EXPECT_THAT(window.Events(), IsEmpty());  // no module was called
+    // A directory listed twice is searched twice; a file is not a directory.
+    EXPECT_EQ(DspLibraryList(window.record(), b + ";" + b + ";" + b + "/kit.so;" + dir.file("missing")).LibraryCount(), 2u);
 }
 
 TEST_F(EnumerationTest, ALibraryWhoseModulesNeverEndIsCutOffInsteadOfHanging) {
@@ -108,80 +76,51 @@ TEST_F(EnumerationTest, ALibraryWhoseModulesNeverEndIsCutOffInsteadOfHanging) {
     EXPECT_EQ(library->moduleDescriptions.back(), "append 5");
 }
 
-TEST_F(EnumerationTest, FindsLibrariesByPathByteForByte) {
-    DspLibraryList list(window.record(), a + ";" + b + ";");
-    ASSERT_NE(list.LibraryByPath(inB), nullptr);
-    EXPECT_EQ(list.LibraryByPath(inB)->path, inB);
+TEST_F(EnumerationTest, FindsAndActivatesLibrariesByPathByteForByte) {
+    DspLibraryList list(window.record(), a + ";");
     EXPECT_EQ(list.LibraryByPath(beta)->description, "Kit");
-    EXPECT_EQ(list.LibraryByPath(a + "/Beta.so"), nullptr);   // case matters
-    EXPECT_EQ(list.LibraryByPath(a + "//beta.so"), nullptr);  // no normalising either
-    EXPECT_EQ(list.LibraryByPath(c + "/unlisted.so"), nullptr);
-    EXPECT_EQ(list.LibraryByPath(""), nullptr);
+    for (const std::string& path : {a + "/Beta.so", a + "//beta.so", c + "/unlisted.so", inB, std::string()}) {
+        EXPECT_EQ(list.LibraryByPath(path), nullptr) << path;  // no case folding, no normalising
+        EXPECT_EQ(list.ActivateByPath(path, 0), nullptr) << path;
+    }
+    const struct {
+        size_t library;
+        int module;
+    } missing[] = {{4, 0}, {2, 0}, {1, 9}, {1, -1}};  // no such library; gamma has no modules; beta has 9
+    for (const auto& m : missing) EXPECT_EQ(list.Activate(m.library, m.module), nullptr) << m.library << "," << m.module;
 }
 
-TEST_F(EnumerationTest, ActivationLoadsTheLibraryForTheInstanceAndSetsItsHandles) {
+TEST_F(EnumerationTest, ActivationLoadsTheLibraryForTheInstanceAndQuitOnlyFollowsInit) {
     DspLibraryList list(window.record(), a + ";");
     auto byIndex = list.Activate(1, 2);  // beta.so, "append 3"
     ASSERT_NE(byIndex, nullptr);
     EXPECT_STREQ(byIndex->module()->description, "append 3");
     EXPECT_STREQ(byIndex->header()->description, "Kit");
-    void* loaded = LoadedHandle(beta);
-    ASSERT_NE(loaded, nullptr);
-    EXPECT_EQ(byIndex->module()->hDllInstance, loaded);
+    ASSERT_NE(LoadedHandle(beta), nullptr);
+    EXPECT_EQ(byIndex->module()->hDllInstance, LoadedHandle(beta));
     EXPECT_EQ(byIndex->module()->hwndParent, window.record());
     EXPECT_FALSE(byIndex->initialised());
-
     auto byPath = list.ActivateByPath(alpha, 1);
     ASSERT_NE(byPath, nullptr);
     EXPECT_STREQ(byPath->module()->description, "append 5");
-    EXPECT_EQ(byPath->module()->hDllInstance, LoadedHandle(alpha));
-
-    // Activation alone calls nothing in the module.
-    EXPECT_THAT(window.Events(), IsEmpty());
-    byIndex.reset();
+    byPath->Initialise();
+    EXPECT_TRUE(byPath->initialised());
+    byIndex.reset();  // never initialised: no Quit
     byPath.reset();
+    EXPECT_THAT(window.Events(), ElementsAre("Other/append 5 Init", "Other/append 5 Quit"));
     EXPECT_EQ(LoadedHandle(beta), nullptr);
     EXPECT_EQ(LoadedHandle(alpha), nullptr);
-}
-
-TEST_F(EnumerationTest, ActivationGivesNoneForWhatIsNotThere) {
-    DspLibraryList list(window.record(), a + ";");
-    EXPECT_EQ(list.Activate(4, 0), nullptr);                   // no such library
-    EXPECT_EQ(list.Activate(2, 0), nullptr);                   // gamma: no modules
-    EXPECT_EQ(list.Activate(1, 9), nullptr);                   // beta has 9 modules
-    EXPECT_EQ(list.Activate(1, -1), nullptr);
-    EXPECT_EQ(list.ActivateByPath(inB, 0), nullptr);           // b is not searched
-    EXPECT_EQ(list.ActivateByPath(a + "/BETA.so", 0), nullptr);
-}
-
-TEST_F(EnumerationTest, AMissingModuleKeepsItsLibraryLoadedWhileTheListLives) {
+    // A missing module keeps its library loaded while the list lives.
     {
-        DspLibraryList list(window.record(), a + ";");
-        EXPECT_EQ(list.ActivateByPath(beta, 42), nullptr);
+        DspLibraryList again(window.record(), a + ";");
+        EXPECT_EQ(again.ActivateByPath(beta, 42), nullptr);
         EXPECT_NE(LoadedHandle(beta), nullptr);
     }
     EXPECT_EQ(LoadedHandle(beta), nullptr);
-}
-
-TEST_F(EnumerationTest, LibraryVanishedSinceEnumerationGivesNone) {
-    DspLibraryList list(window.record(), a + ";");
+    // A library gone since enumeration gives none; the list itself is not refreshed.
     std::filesystem::remove(alpha);
     EXPECT_EQ(list.ActivateByPath(alpha, 0), nullptr);
-    ASSERT_NE(list.LibraryByPath(alpha), nullptr);  // the list itself is not refreshed
-}
-
-TEST_F(EnumerationTest, QuitIsCalledOnReleaseOnlyForInitialisedInstances) {
-    DspLibraryList list(window.record(), a + ";");
-    list.Activate(1, 0).reset();
-    EXPECT_THAT(window.Events(), IsEmpty());
-
-    auto instance = list.Activate(1, 0);
-    instance->Initialise();
-    EXPECT_TRUE(instance->initialised());
-    EXPECT_THAT(window.Events(), ElementsAre("Kit/append 1 Init"));
-    instance.reset();
-    EXPECT_THAT(window.Events(), ElementsAre("Kit/append 1 Init", "Kit/append 1 Quit"));
-    EXPECT_EQ(LoadedHandle(beta), nullptr);
+    EXPECT_NE(list.LibraryByPath(alpha), nullptr);
 }
 
 TEST_F(EnumerationTest, ConfigureUsesATemporaryInstanceWithoutInitOrQuit) {

@@ -7,29 +7,22 @@
 
 namespace verdin::test {
 
-TestWindow::TestWindow() : record_{&TestWindow::Receive, this} {}
-
 intptr_t TestWindow::Receive(VerdinHostWindow* window, uint32_t msg, uintptr_t, intptr_t lParam) {
-    return static_cast<TestWindow*>(window->host)->Handle(msg, lParam);
-}
-
-intptr_t TestWindow::Handle(uint32_t msg, intptr_t lParam) {
-    std::unique_lock lock(mutex_);
+    auto* self = static_cast<TestWindow*>(window->host);
+    std::unique_lock lock(self->mutex_);
     const auto* data = reinterpret_cast<const COPYDATASTRUCT*>(lParam);
     if (msg != WM_COPYDATA || !data || data->dwData != TEST_DSP_REPORT || !data->lpData || data->cbData == 0) {
-        events_.push_back("unexpected message " + std::to_string(msg));
+        self->events_.push_back("unexpected message " + std::to_string(msg));
         return 0;
     }
-    std::string event(static_cast<const char*>(data->lpData), data->cbData - 1);
-    const bool gate = event.ends_with(" gate");
-    events_.push_back(std::move(event));
-    // Only one thread is held: a second one passing the gate meanwhile goes on, so that
-    // a host letting two streams in at once fails the test instead of hanging it.
-    if (gate && gateArmed_ && !held_) {
-        held_ = true;
-        changed_.notify_all();
-        changed_.wait(lock, [this] { return !gateArmed_; });
-        held_ = false;
+    self->events_.emplace_back(static_cast<const char*>(data->lpData), data->cbData - 1);
+    // Only one thread is held: a second one passing the gate meanwhile goes on, so that a
+    // host letting two streams in at once fails the test instead of hanging it.
+    if (self->events_.back().ends_with(" gate") && self->gateArmed_ && !self->held_) {
+        self->held_ = true;
+        self->changed_.notify_all();
+        self->changed_.wait(lock, [self] { return !self->gateArmed_; });
+        self->held_ = false;
     }
     return 1;
 }
@@ -40,9 +33,8 @@ std::vector<std::string> TestWindow::Events() const {
 }
 
 std::vector<std::string> TestWindow::EventsContaining(std::string_view text) const {
-    std::vector<std::string> out;
-    for (std::string& event : Events())
-        if (event.find(text) != std::string::npos) out.push_back(std::move(event));
+    std::vector<std::string> out = Events();
+    std::erase_if(out, [&](const std::string& event) { return event.find(text) == std::string::npos; });
     return out;
 }
 

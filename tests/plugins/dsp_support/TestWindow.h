@@ -1,16 +1,14 @@
 #pragma once
 // The host window record a test hands to the DSP host as the parent window. The test
-// plug-ins report every call to it (see TestDspProtocol.h); it keeps the reports in the
-// order they arrive, from whichever thread sends them.
+// plug-ins report every call to it (TestDspProtocol.h); it keeps the reports in the order
+// they arrive, from whichever thread sends them.
 //
-// The gate: while armed, a "gate" report holds the plug-in's ModifySamples (and with it
-// the stream thread inside the host) until the test opens the gate again. One thread
-// at a time is held; others pass. The test
-// learns that a thread is being held from the window itself, not from a sleep.
+// The gate: while armed, a "gate" report holds the plug-in's ModifySamples (and with it the
+// stream thread inside the host) until the test opens the gate. One thread at a time is
+// held; others pass. The test learns that a thread is held from the window, not a sleep.
 #include <verdin/window.h>
 
 #include <condition_variable>
-#include <cstddef>
 #include <mutex>
 #include <string>
 #include <string_view>
@@ -20,15 +18,14 @@ namespace verdin::test {
 
 class TestWindow {
 public:
-    TestWindow();
+    TestWindow() : record_{&TestWindow::Receive, this} {}
     TestWindow(const TestWindow&) = delete;
     TestWindow& operator=(const TestWindow&) = delete;
 
     VerdinHostWindow* record() { return &record_; }
-
-    // Every report so far, "<library>/<module> <event>".
+    // Every report so far, "<library>/<module> <event>"; those that contain text; the
+    // number of reports equal to event.
     std::vector<std::string> Events() const;
-    // The reports that contain text.
     std::vector<std::string> EventsContaining(std::string_view text) const;
     size_t CountOf(std::string_view event) const;
     void ClearEvents();
@@ -41,7 +38,6 @@ public:
 
 private:
     static intptr_t Receive(VerdinHostWindow* window, uint32_t msg, uintptr_t wParam, intptr_t lParam);
-    intptr_t Handle(uint32_t msg, intptr_t lParam);
 
     VerdinHostWindow record_;
     mutable std::mutex mutex_;

@@ -12,7 +12,7 @@
 // a changed "generalPurposePluginsSearchPath" takes effect at the next start.
 #include "shell/ui/dialogs/options/OptionsPage.h"
 #include "shell/ui/dialogs/options/PluginListsPage.h"
-#include "shell/ui/dialogs/options/PluginScan.h"
+#include "plugins/library/PluginScan.h"
 
 #include <memory>
 

@@ -1,4 +1,4 @@
-#include "shell/ui/dialogs/options/PluginScan.h"
+#include "plugins/library/PluginScan.h"
 
 #include "plugins/library/PluginLibrary.h"
 #include "base/DirectoryListing.h"
