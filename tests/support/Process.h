@@ -1,5 +1,8 @@
 #pragma once
+// Running programs from tests: to the end with their output, or in the background.
+#include <chrono>
 #include <string>
+#include <sys/types.h>
 #include <vector>
 
 namespace verdin::test {
@@ -15,5 +18,15 @@ CommandResult RunCommand(const std::vector<std::string>& argv);
 
 // Whether a program is on PATH (for fixtures made with lame, flac, sox...).
 bool HaveCommand(const std::string& name);
+
+// Starts argv[0] (searched on PATH) in the background with the environment plus the
+// "NAME=value" overrides, standard output and error appended to outputFile. -1 when it
+// cannot start.
+pid_t SpawnProcess(const std::vector<std::string>& argv, const std::vector<std::string>& overrides,
+                   const std::string& outputFile);
+// Whether the process ended within the time; reaps it.
+bool WaitForProcess(pid_t pid, std::chrono::milliseconds timeout);
+// Sends the signal, and kills the process when it has not ended 3 s later.
+void EndProcess(pid_t pid, int signal);
 
 }  // namespace verdin::test

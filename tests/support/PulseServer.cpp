@@ -8,7 +8,6 @@
 #include <cstdlib>
 #include <cstring>
 #include <fcntl.h>
-#include <spawn.h>
 #include <sys/socket.h>
 #include <sys/stat.h>
 #include <sys/un.h>
@@ -16,65 +15,11 @@
 #include <thread>
 #include <unistd.h>
 
-extern char** environ;
-
 namespace verdin::test {
 
 namespace {
 
 using Clock = std::chrono::steady_clock;
-
-// Spawns argv with the current environment plus overrides, output into logPath.
-pid_t Spawn(const std::vector<std::string>& argv, const std::vector<std::string>& overrides,
-            const std::string& logPath) {
-    std::vector<std::string> env;
-    for (char** e = environ; *e; ++e) {
-        const std::string entry(*e);
-        const std::string key = entry.substr(0, entry.find('='));
-        bool replaced = false;
-        for (const auto& o : overrides) replaced |= o.compare(0, key.size() + 1, key + "=") == 0;
-        if (!replaced) env.push_back(entry);
-    }
-    env.insert(env.end(), overrides.begin(), overrides.end());
-    std::vector<char*> envp;
-    for (auto& e : env) envp.push_back(e.data());
-    envp.push_back(nullptr);
-    std::vector<char*> args;
-    for (const auto& a : argv) args.push_back(const_cast<char*>(a.c_str()));
-    args.push_back(nullptr);
-
-    posix_spawn_file_actions_t actions;
-    posix_spawn_file_actions_init(&actions);
-    posix_spawn_file_actions_addopen(&actions, 0, "/dev/null", O_RDONLY, 0);
-    posix_spawn_file_actions_addopen(&actions, 1, logPath.c_str(),
-                                     O_WRONLY | O_CREAT | O_TRUNC, 0600);
-    posix_spawn_file_actions_adddup2(&actions, 1, 2);
-    pid_t pid = -1;
-    const int rc = posix_spawnp(&pid, args[0], &actions, nullptr, args.data(), envp.data());
-    posix_spawn_file_actions_destroy(&actions);
-    return rc == 0 ? pid : -1;
-}
-
-// Whether a process ended within the time; reaps it.
-bool WaitForExit(pid_t pid, std::chrono::milliseconds timeout) {
-    const auto deadline = Clock::now() + timeout;
-    for (;;) {
-        int status = 0;
-        const pid_t r = waitpid(pid, &status, WNOHANG);
-        if (r == pid || (r < 0 && errno == ECHILD)) return true;
-        if (Clock::now() >= deadline) return false;
-        std::this_thread::sleep_for(std::chrono::milliseconds(2));
-    }
-}
-
-void EndProcess(pid_t pid, int signal) {
-    if (pid <= 0) return;
-    kill(pid, signal);
-    if (!WaitForExit(pid, std::chrono::seconds(3))) {
-        kill(pid, SIGKILL);
-        WaitForExit(pid, std::chrono::seconds(3));
-    }
-}
 
 bool SocketAnswers(const std::string& path) {
     const int fd = socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
@@ -104,7 +49,7 @@ PulseServer::PulseServer() {
         "--use-pid-file=no", "--disable-shm=yes", "--log-target=stderr",
         std::string("--load=module-null-sink sink_name=") + kSinkName + " norewinds=1",
         "--load=module-native-protocol-unix auth-anonymous=1 socket=" + socket_};
-    pid_ = Spawn(argv,
+    pid_ = SpawnProcess(argv,
                  {"XDG_RUNTIME_DIR=" + runtime, "PULSE_RUNTIME_PATH=" + runtime, "HOME=" + home,
                   "PULSE_STATE_PATH=" + home, "XDG_CONFIG_HOME=" + home},
                  dir_.file("server.log"));
@@ -163,7 +108,7 @@ MonitorRecorder::MonitorRecorder(const PulseServer& server, int sampleRate, int 
         // loses samples, and the tests compare every sample.
         "--latency-msec=250", "--raw"};
     // parec writes the samples to its standard output, which goes into the file.
-    pid_ = Spawn(argv, {}, file_);
+    pid_ = SpawnProcess(argv, {}, file_);
     if (pid_ <= 0) {
         error_ = "cannot start parec";
         return;

@@ -7,43 +7,13 @@
 #include <csignal>
 #include <cstdlib>
 #include <fcntl.h>
-#include <spawn.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
-extern char** environ;
-
 namespace verdin::test {
 
 namespace {
-
-pid_t Spawn(const std::vector<std::string>& argv, const std::vector<std::string>& extraEnvironment,
-            const std::string& outputFile) {
-    std::vector<std::string> environment;
-    for (char** e = environ; *e; ++e) environment.emplace_back(*e);
-    for (const std::string& extra : extraEnvironment) {
-        const std::string key = extra.substr(0, extra.find('=') + 1);
-        std::erase_if(environment, [&](const std::string& e) { return e.rfind(key, 0) == 0; });
-        environment.push_back(extra);
-    }
-    std::vector<char*> envp;
-    for (auto& e : environment) envp.push_back(e.data());
-    envp.push_back(nullptr);
-    std::vector<char*> args;
-    for (const auto& a : argv) args.push_back(const_cast<char*>(a.c_str()));
-    args.push_back(nullptr);
-
-    posix_spawn_file_actions_t actions;
-    posix_spawn_file_actions_init(&actions);
-    posix_spawn_file_actions_addopen(&actions, 0, "/dev/null", O_RDONLY, 0);
-    posix_spawn_file_actions_addopen(&actions, 1, outputFile.c_str(), O_WRONLY | O_CREAT | O_APPEND, 0644);
-    posix_spawn_file_actions_adddup2(&actions, 1, 2);
-    pid_t pid = -1;
-    if (posix_spawnp(&pid, args[0], &actions, nullptr, args.data(), envp.data()) != 0) pid = -1;
-    posix_spawn_file_actions_destroy(&actions);
-    return pid;
-}
 
 std::string Program() { return std::string(VERDIN_TEST_BUILD_DIR) + "/bin/verdin"; }
 
@@ -58,7 +28,7 @@ PrivateBus::PrivateBus() {
               "<busconfig><type>session</type><listen>unix:dir=" + dir_.str() + "</listen>"
               "<policy context=\"default\"><allow send_destination=\"*\" eavesdrop=\"true\"/>"
               "<allow eavesdrop=\"true\"/><allow own=\"*\"/></policy></busconfig>\n");
-    pid_ = Spawn({"dbus-daemon", "--config-file=" + config, "--nofork", "--nopidfile", "--print-address=1"}, {},
+    pid_ = SpawnProcess({"dbus-daemon", "--config-file=" + config, "--nofork", "--nopidfile", "--print-address=1"}, {},
                  addressFile);
     if (pid_ <= 0) return;
     WaitFor([&] { return FileExists(addressFile) && ReadFile(addressFile).find('\n') != std::string::npos; },
@@ -87,7 +57,7 @@ PlayerProcess::PlayerProcess(const PlayerHome& home, const PrivateBus& bus, cons
     for (const char* sub : {"config", "data", "home", "run"}) ::mkdir(home.dir.file(sub).c_str(), 0700);
     std::vector<std::string> argv{Program()};
     argv.insert(argv.end(), arguments.begin(), arguments.end());
-    pid_ = Spawn(argv, home.Environment(bus), logDir_.file("output"));
+    pid_ = SpawnProcess(argv, home.Environment(bus), logDir_.file("output"));
 }
 
 PlayerProcess::~PlayerProcess() {
