@@ -32,11 +32,10 @@ PlayerCore::PlayerCore(Settings& settings, SettingsEnvironment environment, Play
     list_.Listen([this](const ListChange& change) { Announce(ChangesOf(change)); });
 }
 
-PlayerCore::~PlayerCore() {
-    // Streams first: the DSP host's hook is in their options.
-    playback_.Stop();
-    listeners_.clear();
-}
+// Members go in reverse order: playback (the streams, whose options hold the DSP host's
+// hook) before the DSP host. Nothing is announced or asked of the host meanwhile: whoever
+// runs the player may be half gone.
+PlayerCore::~PlayerCore() { listeners_.clear(); }
 
 void PlayerCore::Announce(unsigned changes) {
     // By index: a listener may register another one or stop listening.
