@@ -42,7 +42,7 @@ TEST(HartleyTransform, EveryWidthMatchesTheDefiningSumAndTheOthersBitForBit) {
         for (int k = 0; k < 512; ++k) ASSERT_NEAR(two[k], expected[k], 1e-13 * scale) << "bin " << k;
         FastHartleyTransform(chosen);
         EXPECT_EQ(std::memcmp(two.data(), chosen.data(), sizeof two), 0);
-        if (FastHartleyTransformWithLanes(four, 4)) EXPECT_EQ(std::memcmp(two.data(), four.data(), sizeof two), 0);
+        if (FastHartleyTransformWithLanes(four, 4)) { EXPECT_EQ(std::memcmp(two.data(), four.data(), sizeof two), 0); }
     }
     DirectBlock x{};
     x[3] = 1;
@@ -86,11 +86,11 @@ TEST(EqualizedHops, EveryWidthAndBatchSizeWritesTheSameBytes) {
             for (auto& s : samples) s = static_cast<int32_t>(d(rng));
             const std::vector<uint8_t> in = test::PackSamples(samples, bytes * 8);
             const std::vector<uint8_t> reference = run(2, {1}, in, hops, bytes, channels);
-            if (channels == 1) EXPECT_EQ(run(2, {2, 1}, in, hops, bytes, channels), reference);
+            if (channels == 1) { EXPECT_EQ(run(2, {2, 1}, in, hops, bytes, channels), reference); }
             if (!fourWide) continue;  // no AVX2 here: only the two-wide functions run
             EXPECT_EQ(run(4, {1}, in, hops, bytes, channels), reference);
             EXPECT_EQ(run(4, {4 / channels}, in, hops, bytes, channels), reference);
-            if (channels == 1) EXPECT_EQ(run(4, {3, 2, 4}, in, hops, bytes, channels), reference);
+            if (channels == 1) { EXPECT_EQ(run(4, {3, 2, 4}, in, hops, bytes, channels), reference); }
         }
     }
     for (const auto& [lanes, bytes, channels] : {std::tuple{3, 2u, 2u}, {8, 2u, 2u}, {2, 5u, 2u}, {2, 2u, 3u}})

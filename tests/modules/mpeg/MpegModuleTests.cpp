@@ -83,8 +83,8 @@ TEST_F(MpegModule, DecodesWhatMpg123WritesAndDescribesTheFile) {
         } else {
             EXPECT_LE(std::llabs(int64_t(info->duration) - decodedMs), 1152 * 1000 / f.sampleRate + 1);  // one frame
         }
-        if (f.bitrate) EXPECT_EQ(info->bitrate, f.bitrate);
-        else EXPECT_NEAR(-info->bitrate, std::filesystem::file_size(f.path) * 8000.0 / info->duration, -info->bitrate * 0.02);
+        if (f.bitrate) { EXPECT_EQ(info->bitrate, f.bitrate); }
+        else { EXPECT_NEAR(-info->bitrate, std::filesystem::file_size(f.path) * 8000.0 / info->duration, -info->bitrate * 0.02); }
     }
 }
 

@@ -144,8 +144,8 @@ TEST_F(SndfileModule, DescribesEachFormat) {
         EXPECT_EQ(info->suggestedTitle, c.title);
         EXPECT_EQ(std::tuple(info->fileSize, info->seekable, info->decoderEqualizes, info->duration, info->bitsPerSample),
                   std::tuple(uint32_t(std::filesystem::file_size(c.path)), 1, 0, c.duration, c.bits));
-        if (c.bitrate) EXPECT_EQ(info->bitrate, c.bitrate);
-        else EXPECT_NEAR(-info->bitrate, std::filesystem::file_size(c.path) * 8.0 / 0.5, 100.0);  // the file's bits over its length
+        if (c.bitrate) { EXPECT_EQ(info->bitrate, c.bitrate); }
+        else { EXPECT_NEAR(-info->bitrate, std::filesystem::file_size(c.path) * 8.0 / 0.5, 100.0); }  // the file's bits over its length
     }
 }
 
