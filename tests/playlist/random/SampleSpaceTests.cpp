@@ -11,7 +11,9 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstdlib>
+#include <random>
 #include <filesystem>
 #include <set>
 #include <thread>
@@ -198,87 +200,65 @@ TEST_F(SampleSpaceBuild, TheBuildSeedsTheGeneratorFromTheClock) {
     EXPECT_TRUE(seeded);
 }
 
-class Picks : public ::testing::Test {
-protected:
-    void SetUp() override {
-        space_.ReplaceTracks(Tracks());
-        SeedProcessRandom(12345);
-    }
-    // a1..a3 by "Alpha", b1 and b2 by "Beta", in this order.
-    static std::vector<std::unique_ptr<TrackRecord>> Tracks() {
-        std::vector<std::unique_ptr<TrackRecord>> tracks;
-        for (std::string name : {"a1", "b1", "a2", "a3", "b2"})
-            tracks.push_back(test::MakeTrack({"/music/" + name + ".mp3", {{FrameId::LeadArtist, name[0] == 'a' ? "Alpha" : "Beta"}}, 1000, 10}));
-        return tracks;
-    }
-    std::string Pick(const std::string& expression, int vdpHistory) {
-        RandomEntry entry(expression);
-        const TrackRecord* track = space_.Resolve(entry, vdpHistory);
-        return track->IsNullTrack() ? "null" : track->Body();
-    }
-    Strings History() const {
-        Strings out;
-        for (const TrackRecord* t : space_.PickHistory()) out.push_back(t->Body());
-        return out;
-    }
-    SampleSpace space_;
-};
-
-TEST_F(Picks, TheDrawIsTheNextRandomValueAmongTheMatchesNotInTheHistory) {
+// Picks against the documented rule, over long runs of random expressions and history
+// limits: the candidates are the matching tracks in order that are not in the history; the
+// (rand() % their number)-th is taken and appended to the history, whose oldest entry goes
+// when it then holds more than the limit; no candidate gives the null track and empties it.
+TEST(Picks, FollowTheDocumentedRule) {
+    std::vector<std::unique_ptr<TrackRecord>> tracks;
+    for (std::string name : {"a1", "b1", "a2", "a3", "b2"})
+        tracks.push_back(test::MakeTrack({"/music/" + name + ".mp3", {{FrameId::LeadArtist, name[0] == 'a' ? "Alpha" : "Beta"}}, 1000, 10}));
+    Strings names, history;
+    for (const auto& t : tracks) names.push_back(t->Body());
+    SampleSpace space;
+    space.ReplaceTracks(std::move(tracks));
+    const std::pair<std::string, std::string> expressions[] = {{"(LEADARTIST = Alpha)", "a"}, {"(LEADARTIST = Beta)", "b"}, {"", ""}, {"(LEADARTIST = Gamma)", "-"}};
     for (unsigned seed : {1u, 2u, 77u, 4096u}) {
-        std::srand(seed);
-        const std::string expected = Strings{"a1", "a2", "a3"}[size_t(std::rand()) % 3];
-        SeedProcessRandom(seed);
-        EXPECT_EQ(Pick("(LEADARTIST = Alpha)", 5), expected) << "seed " << seed;
-        space_.ReplaceTracks(Tracks());  // which empties the history
-        EXPECT_TRUE(space_.PickHistory().empty());
+        std::mt19937 choose(seed);
+        for (int pick = 0; pick < 200; ++pick) {
+            const auto& [expression, prefix] = expressions[choose() % 4];
+            const int limit = int(choose() % 6);
+            Strings candidates;
+            for (const std::string& name : names)
+                if (name.starts_with(prefix) && std::find(history.begin(), history.end(), name) == history.end()) candidates.push_back(name);
+            SeedProcessRandom(seed + pick);
+            RandomEntry entry(expression);
+            const TrackRecord* picked = space.Resolve(entry, limit);
+            std::srand(seed + pick);
+            if (candidates.empty()) {
+                history.clear();
+                ASSERT_TRUE(picked->IsNullTrack()) << pick;
+            } else {
+                const std::string drawn = candidates[size_t(std::rand()) % candidates.size()];
+                ASSERT_EQ(picked->Body(), drawn) << pick;
+                history.push_back(drawn);
+                if (int(history.size()) > limit) history.erase(history.begin());  // one at a time
+            }
+            Strings actual;
+            for (const TrackRecord* t : space.PickHistory()) actual.push_back(t->Body());
+            ASSERT_EQ(actual, history) << "seed " << seed << ", pick " << pick << ": " << expression << " with " << limit;
+            EXPECT_TRUE(entry.Picked());
+        }
     }
-    for (int i = 0; i < 5; ++i) EXPECT_EQ(Pick("(LEADARTIST = Alpha)", 0).substr(0, 1), "a");
-    EXPECT_TRUE(space_.PickHistory().empty());  // a history of 0 keeps nothing
-    Strings picks;
-    for (int i = 0; i < 30; ++i) {
-        picks.push_back(Pick("(LEADARTIST = Alpha)", 2));
-        EXPECT_EQ(History().size(), std::min<size_t>(i + 1, 2));
-        EXPECT_EQ(History().back(), picks.back());
-    }
-    for (size_t i = 0; i + 2 < picks.size(); ++i)  // three matches, a history of two: three in a row differ
-        EXPECT_EQ((std::set<std::string>{picks[i], picks[i + 1], picks[i + 2]}).size(), 3u) << "at pick " << i;
-}
-
-TEST_F(Picks, WhenNoMatchIsLeftTheNullTrackEmptiesTheHistory) {
-    const std::string first = Pick("(LEADARTIST = Beta)", 5), second = Pick("(LEADARTIST = Beta)", 5);
-    EXPECT_NE(first, second);
-    EXPECT_EQ(History(), (Strings{first, second}));
-    EXPECT_EQ(Pick("(LEADARTIST = Beta)", 5), "null");
-    EXPECT_TRUE(History().empty());
-    EXPECT_NE(Pick("(LEADARTIST = Beta)", 5), "null");  // any match may come again
-    EXPECT_EQ(Pick("(LEADARTIST = Gamma)", 5), "null");
-    EXPECT_TRUE(History().empty());
-    Pick("", 10);
-    Pick("", 10);
-    Pick("", 10);
-    const Strings before = History();
-    Pick("", 1);  // the limit drops below the history's size: only the oldest leaves, one per pick
-    EXPECT_EQ(History(), (Strings{before[1], before[2], History().back()}));
-    space_.ReplaceTracks({});
-    EXPECT_FALSE(space_.Valid());
-    EXPECT_EQ(Pick("", 5), "null");
-}
-
-TEST_F(Picks, APickedEntryKeepsItsTrackUntilReset) {
+    // A picked entry keeps its track, drawing nothing, until its expression changes or it is reset.
     RandomEntry entry("(LEADARTIST = Alpha)");
-    const TrackRecord* picked = space_.Resolve(entry, 0);
-    EXPECT_TRUE(entry.Picked());
+    const TrackRecord* picked = space.Resolve(entry, 0);
     SeedProcessRandom(99);
     const unsigned next = NextProcessRandom();
     SeedProcessRandom(99);
-    for (int i = 0; i < 5; ++i) EXPECT_EQ(space_.Resolve(entry, 0), picked);
-    EXPECT_EQ(NextProcessRandom(), next);  // nothing was drawn for them
+    for (int i = 0; i < 5; ++i) EXPECT_EQ(space.Resolve(entry, 0), picked);
+    EXPECT_EQ(NextProcessRandom(), next);
     entry.SetExpression("(LEADARTIST = Beta)");
     EXPECT_FALSE(entry.Picked());
-    EXPECT_EQ(space_.Resolve(entry, 0)->Tag().Find(FrameId::LeadArtist)->text, "Beta");
+    EXPECT_EQ(space.Resolve(entry, 0)->Tag().Find(FrameId::LeadArtist)->text, "Beta");
     entry.Reset();
     EXPECT_FALSE(entry.Picked());
+    space.Resolve(entry, 5);
+    space.ReplaceTracks({});  // empties the history; nothing to pick
+    EXPECT_TRUE(space.PickHistory().empty());
+    EXPECT_FALSE(space.Valid());
+    entry.Reset();
+    EXPECT_TRUE(space.Resolve(entry, 5)->IsNullTrack());
 }
 
 }  // namespace
