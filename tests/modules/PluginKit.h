@@ -8,13 +8,11 @@
 
 #include <gtest/gtest.h>
 
-#include <atomic>
 #include <cstring>
 #include <dlfcn.h>
 #include <optional>
 #include <random>
 #include <stdexcept>
-#include <thread>
 
 namespace verdin::test {
 
@@ -100,23 +98,6 @@ public:
             }
             pcm.insert(pcm.end(), static_cast<const uint8_t*>(block), static_cast<const uint8_t*>(block) + bytes);
         }
-        return pcm;
-    }
-    // ToEnd while another thread keeps switching the equalizer and sending values, as the
-    // user-interface thread may during playback.
-    std::vector<uint8_t> ToEndWhileEqualizerChanges(uint32_t frameBytes) {
-        std::atomic<bool> decoding{true};  // written here at the end (release), read by the caller (acquire)
-        std::thread caller([&] {
-            EqualizerValues values{};
-            for (int32_t i = 0; decoding.load(std::memory_order_acquire); ++i) {
-                decoder_->ops->SetEqualizerEnabled(decoder_, i & 1);
-                values.gain[i & 15] = i % 24 - 12;
-                decoder_->ops->SetEqualizerValues(decoder_, &values);
-            }
-        });
-        std::vector<uint8_t> pcm = ToEnd(frameBytes);
-        decoding.store(false, std::memory_order_release);
-        caller.join();
         return pcm;
     }
 
