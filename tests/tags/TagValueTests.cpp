@@ -229,6 +229,7 @@ TEST(DescriptorStream, ServesEveryRangeAsTheFileHoldsItInFewReads) {
         stream.seek(0, TagLib::IOStream::End);
         EXPECT_TRUE(stream.readBlock(10).isEmpty());
         EXPECT_EQ(stream.length(), 10000);
+        EXPECT_TRUE(stream.readOnly());
     }
     ::close(fd);
 }

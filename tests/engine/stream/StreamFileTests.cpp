@@ -228,6 +228,23 @@ TEST(StreamToFile, WhatCannotBePlayedIsNotPlayed) {
     ASSERT_TRUE(unwritable.OpenStream(dir.file("a.wav"), nullptr));
     EXPECT_FALSE(unwritable.StartStream(missing));
     EXPECT_EQ(unwritable.ErrorText(), "Failed to initialize output to \"" + dir.file("missing/1. out.wav") + "\".");
+    unwritable.SeekStream(500);  // no output: nothing to seek
+    EXPECT_EQ(unwritable.PlayedMilliseconds(), 0u);
+
+    // A next track prepared and closed again before the hand-over: the first plays alone.
+    TempDir alone;
+    auto held = Open(Wav(dir, "long.wav", Constant(200000, 3)), Plain());  // longer than the ring
+    held->PausePlayback();
+    ASSERT_TRUE(held->StartStream(FileTarget(alone)));
+    auto next = Open(dir.file("a.wav"), Plain(), held.get());
+    ASSERT_EQ(held->NextStream(), next.get());
+    next.reset();
+    EXPECT_EQ(held->NextStream(), nullptr);
+    held->ResumePlayback();
+    held->WaitUntilFinished();
+    EXPECT_EQ(held->HandedOverTo(), nullptr);
+    held.reset();
+    EXPECT_EQ(test::WavData(alone.file("1. out.wav")).size(), 800000u);
 
     TempDir empty;
     Stream null(Modules(), Plain());

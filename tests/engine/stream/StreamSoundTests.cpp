@@ -1,5 +1,6 @@
 // A stream on a private sound server that dies while the stream plays.
 #include "engine/input/InputModuleList.h"
+#include "engine/output/AlsaDeviceList.h"
 #include "engine/stream/Stream.h"
 
 #include "PcmFixtures.h"
@@ -10,6 +11,7 @@
 
 #include <chrono>
 #include <future>
+#include <set>
 
 namespace verdin {
 namespace {
@@ -18,6 +20,11 @@ TEST(StreamOnSoundServer, AServerThatDiesWhilePlayingEndsTheStreamWithAReason) {
     if (!test::PulseServer::Installed()) GTEST_SKIP() << "pulseaudio is not installed";
     test::PulseServer server;
     ASSERT_TRUE(server.Running()) << server.Error();
+    // With the server up, ALSA names a "default" of its own: the sound card list holds it once, first.
+    const auto devices = ListAlsaDevices();
+    std::set<std::string> names;
+    for (const auto& device : devices) EXPECT_TRUE(names.insert(device.name).second) << device.name;
+    EXPECT_EQ(devices.at(0).name, "default");
     test::TempDir dir;
     test::WriteWav(dir.file("a.wav"), 2, 44100, 16, test::Bytes16(test::Sine16(441000, 2, 44100, {500.0})));
     InputModuleList modules;
