@@ -15,9 +15,7 @@
 #include <taglib/id3v2tag.h>
 #include <taglib/infotag.h>
 #include <taglib/mpegfile.h>
-#include <taglib/vorbisfile.h>
 #include <taglib/wavfile.h>
-#include <taglib/xiphcomment.h>
 
 #include <fcntl.h>
 #include <functional>
@@ -128,15 +126,8 @@ TEST_F(TagReading, EveryContainerGivesItsFrames) {
           {FrameId::TrackNum, "3/12"}, {FrameId::ContentType, "Acid Jazz"}, {FrameId::PartInSet, "1/2"}, {FrameId::Publisher, "Label"}}},
         {"FLAC with a numeric genre", [&] { return Tool("genre.flac", {"flac", "-s", "-f", "-T", "GENRE=125", "-o", "%", "%wav"}); }, {}, kSourceXiph,
          {{FrameId::ContentType, "Dance Hall "}, {FrameId::Title, ""}}},
-        {"Ogg Vorbis", [&] {
-             const std::string path = Tool("tagged.ogg", {"sox", "%wav", "%"});
-             TagLib::Ogg::Vorbis::File file(path.c_str(), false);
-             file.tag()->addField("TITLE", "Ogg Title");
-             file.tag()->addField("YEAR", "1977");
-             file.tag()->addField("COMPOSER", "Somebody");
-             EXPECT_TRUE(file.save());
-             return path;
-         },
+        {"Ogg Vorbis", [&] { return Tool("tagged.ogg", {"sox", "%wav", "--comment", "TITLE=Ogg Title", "--add-comment", "YEAR=1977",
+                                                         "--add-comment", "COMPOSER=Somebody", "%"}); },
          {}, kSourceXiph, {{FrameId::Title, "Ogg Title"}, {FrameId::Year, "1977"}, {FrameId::Composer, "Somebody"}}},
         {"Opus pages put together by hand", [&] { return test::WriteBytes(dir_.file("tagged.opus"), opus), dir_.file("tagged.opus"); }, {}, kSourceXiph,
          {{FrameId::Title, "Opus Title"}, {FrameId::LeadArtist, "Opus Artist"}, {FrameId::ContentType, "Remix "}}},
