@@ -5,13 +5,13 @@
 // retrieval thread against as many as the hardware runs, in the same run.
 //
 // Picking: one random pick over 10,000 tracks with a compound expression, against the
-// same candidate walk done with the evaluator that re-reads the text for every track.
+// same candidate walk with the text read anew for every track.
 //
 // Run: bench_sample_space [--benchmark_min_time=0.5]
 #include "engine/input/InputModuleList.h"
 #include "playlist/RandomEntry.h"
 #include "playlist/TrackRecord.h"
-#include "playlist/random/EvaluateExpression.h"
+#include "playlist/random/CompiledExpression.h"
 #include "playlist/random/SampleSpace.h"
 
 #include <benchmark/benchmark.h>
@@ -149,7 +149,7 @@ void BM_RandomPickReReading(benchmark::State& state) {
     for (auto _ : state) {
         std::vector<const TrackRecord*> candidates;
         for (const auto& track : tracks)
-            if (EvaluateExpression(*track, kPickExpression)) candidates.push_back(track.get());
+            if (CompiledExpression(kPickExpression).Matches(*track)) candidates.push_back(track.get());
         matches = candidates.size();
         benchmark::DoNotOptimize(candidates.data());
     }

@@ -1,14 +1,11 @@
-// Drives the equalizer with arbitrary formats, block sizes, gains and switching.
-//
-// Two equalizers get the same calls; their blocks differ only in the headroom after the
-// block (zeros for one, 0xFF for the other), so any output that depends on bytes beyond
-// the block shows up as a difference. A model of the held byte count checks every
-// answer: pass-through, flush (a frame count) or whole hops. With 0 dB on every band and
-// the equalizer on throughout, the output must be the input, up to truncation.
+// The equalizer with arbitrary formats, block sizes, gains and switching. Two equalizers
+// get the same calls, their blocks differing only in the headroom after the block (zeros
+// for one, 0xFF for the other), so output that depends on bytes beyond the block shows.
+// A count of the bytes held checks every answer: pass-through, a flush (counted in
+// frames) or whole hops. At 0 dB, on throughout, the output is the input up to truncation.
 #include "engine/equalizer/Equalizer.h"
 
 #include <algorithm>
-#include <cstdint>
 #include <cstdlib>
 #include <cstring>
 #include <deque>
@@ -18,28 +15,6 @@ namespace {
 
 using verdin::Equalizer;
 
-class Reader {
-public:
-    Reader(const uint8_t* data, size_t size) : data_(data), size_(size) {}
-    bool Empty() const { return at_ >= size_; }
-    uint8_t Byte() { return at_ < size_ ? data_[at_++] : 0; }
-    uint32_t Word(int bytes) {
-        uint32_t v = 0;
-        for (int i = 0; i < bytes; ++i) v |= uint32_t{Byte()} << (8 * i);
-        return v;
-    }
-    // n bytes of sample data, repeating the input when it runs out.
-    void Fill(uint8_t* out, size_t n) {
-        for (size_t i = 0; i < n; ++i) out[i] = size_ ? data_[(at_ + i) % size_] : 0;
-        at_ += n / 8;  // consume a little, so long blocks do not swallow the whole script
-    }
-
-private:
-    const uint8_t* data_;
-    size_t size_;
-    size_t at_ = 0;
-};
-
 void Check(bool ok) {
     if (!ok) std::abort();
 }
@@ -47,109 +22,73 @@ void Check(bool ok) {
 int32_t SampleAt(const uint8_t* p, uint32_t bytes) {
     uint32_t bits = 0;
     for (uint32_t i = 0; i < bytes; ++i) bits |= uint32_t{p[i]} << (8 * i);
-    const uint32_t unused = 32 - 8 * bytes;
-    return static_cast<int32_t>(bits << unused) >> unused;
-}
-
-EqualizerValues ReadValues(Reader& in) {
-    EqualizerValues v{};
-    const uint8_t kind = in.Byte();
-    for (auto& g : v.gain) {
-        if (kind % 8 == 0) g = 0;
-        else if (kind % 8 == 7) g = static_cast<int32_t>(in.Word(4));  // anything at all
-        else g = static_cast<int8_t>(in.Byte()) / 4;                   // the dialog's range and then some
-    }
-    return v;
-}
-
-bool AllZero(const EqualizerValues& v) {
-    for (int32_t g : v.gain)
-        if (g != 0) return false;
-    return true;
+    return static_cast<int32_t>(bits << (32 - 8 * bytes)) >> (32 - 8 * bytes);
 }
 
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
-    Reader in(data, size);
-    static constexpr uint32_t kBits[] = {8, 16, 24, 32};
+    size_t at = 0;
+    const auto byte = [&] { return at < size ? data[at++] : uint8_t{0}; };
+    const auto word = [&](int bytes) {
+        uint32_t v = 0;
+        for (int i = 0; i < bytes; ++i) v |= uint32_t{byte()} << (8 * i);
+        return v;
+    };
+    const auto values = [&] {  // all 0 dB, the dialog's range and then some, or anything at all
+        EqualizerValues v{};
+        const uint8_t kind = byte() % 8;
+        for (auto& g : v.gain) g = kind == 0 ? 0 : kind == 7 ? static_cast<int32_t>(word(4)) : static_cast<int8_t>(byte()) / 4;
+        return v;
+    };
     static constexpr uint32_t kRates[] = {44100, 48000, 8000, 22050, 96000, 1, 0, 11025};
-    const uint8_t head = in.Byte();
-    const uint32_t bits = kBits[head & 3];
-    const uint32_t channels = 1 + ((head >> 2) & 1);
-    const uint32_t rate = (head >> 3) == 31 ? in.Word(4) : kRates[(head >> 3) & 7];
+    const uint8_t head = byte();
+    const uint32_t bits = 8 * (1 + (head & 3)), channels = 1 + ((head >> 2) & 1);
+    const uint32_t rate = (head >> 3) == 31 ? word(4) : kRates[(head >> 3) & 7];
     const uint32_t sampleBytes = bits / 8, frameBytes = sampleBytes * channels;
     bool enabled = (head >> 6) & 1;
-
     Equalizer a(enabled), b(enabled);
-    EqualizerValues values = ReadValues(in);
-    Check(a.SetEqualizerValues(values, rate) == (rate != 0));
-    b.SetEqualizerValues(values, rate);
-    bool identity = enabled && AllZero(values) && rate != 0;
+    EqualizerValues v = values();
+    Check(a.SetEqualizerValues(v, rate) == (rate != 0));
+    b.SetEqualizerValues(v, rate);
+    bool identity = enabled && rate != 0 && std::all_of(std::begin(v.gain), std::end(v.gain), [](int32_t g) { return g == 0; });
     std::deque<int32_t> expected;  // input samples not yet given back, for the identity check
     uint64_t held = 0;             // bytes the equalizers hold
-
-    std::vector<uint8_t> pcmA, pcmB;
-    for (int step = 0; step < 24 && !in.Empty(); ++step) {
-        const uint8_t op = in.Byte();
-        if (op >= 0xF0) {
-            enabled = op & 1;
-            a.SetEqualizerEnabled(enabled);
-            b.SetEqualizerEnabled(enabled);
-            if (!enabled) identity = false;
-            continue;
-        }
+    for (int step = 0; step < 24 && at < size; ++step) {
+        const uint8_t op = byte();
         if (op >= 0xE8) {
-            values = ReadValues(in);
-            a.SetEqualizerValues(values, rate);
-            b.SetEqualizerValues(values, rate);
-            identity = false;
+            if (op >= 0xF0) enabled = op & 1, a.SetEqualizerEnabled(enabled), b.SetEqualizerEnabled(enabled);
+            else v = values(), a.SetEqualizerValues(v, rate), b.SetEqualizerValues(v, rate);
+            identity = identity && op >= 0xF0 && enabled;
             continue;
         }
-        // A block: mostly whole frames, sometimes a ragged byte count, sometimes more
-        // than the 32768-byte input buffer holds.
-        uint32_t bytes = in.Word(2) & 0x1FFF;
-        if ((op & 0x0F) == 1) bytes *= 13;  // now and then up to 106483 bytes
+        // Mostly whole frames, sometimes a ragged count, now and then more than the input buffer holds.
+        uint32_t bytes = (word(2) & 0x1FFF) * ((op & 0x0F) == 1 ? 13 : 1);
         if (!(op & 2)) bytes -= bytes % frameBytes;
-        pcmA.assign(bytes + Equalizer::kOutputHeadroom, 0x00);
-        pcmB.assign(bytes + Equalizer::kOutputHeadroom, 0xFF);
-        in.Fill(pcmA.data(), bytes);
-        std::memcpy(pcmB.data(), pcmA.data(), bytes);
-        if (bytes % frameBytes != 0) identity = false;
-        if (identity)
-            for (uint32_t i = 0; i + sampleBytes <= bytes; i += sampleBytes) expected.push_back(SampleAt(&pcmA[i], sampleBytes));
+        identity = identity && bytes % frameBytes == 0;
+        std::vector<uint8_t> pcmA(bytes + Equalizer::kOutputHeadroom, 0x00), pcmB(bytes + Equalizer::kOutputHeadroom, 0xFF);
+        for (uint32_t i = 0; i < bytes; ++i) pcmA[i] = pcmB[i] = data[(at + i) % size];  // the input, repeated
+        at += bytes / 8;
         const std::vector<uint8_t> block(pcmA.begin(), pcmA.begin() + bytes);
-
+        for (uint32_t i = 0; identity && i + sampleBytes <= bytes; i += sampleBytes) expected.push_back(SampleAt(&block[i], sampleBytes));
         const uint32_t r = a.Process(pcmA.data(), bytes, bits, channels);
         Check(b.Process(pcmB.data(), bytes, bits, channels) == r);
-
-        uint64_t outBytes;
-        if (!enabled && held == 0) {  // pass-through
-            Check(r == bytes);
-            Check(std::equal(block.begin(), block.end(), pcmA.begin()));
-            outBytes = bytes;
-        } else if (!enabled) {  // flush: held bytes, then the block, counted in frames
-            Check(r == (held + bytes) / frameBytes);
+        uint64_t out = r;
+        if (!enabled) {  // pass-through, or a flush of the held bytes and then the block
+            Check(r == (held + bytes) / (held ? frameBytes : 1));
             Check(std::equal(block.begin(), block.end(), pcmA.begin() + held));
-            outBytes = held + bytes;
+            out = held + bytes;
             held = 0;
         } else {  // whole hops
-            Check(r % (256 * frameBytes) == 0);
-            Check(r <= held + bytes);
+            Check(r % (256 * frameBytes) == 0 && r <= held + bytes);
             held = held + bytes - r;
             Check(held < 512 * frameBytes);
-            outBytes = r;
         }
-        Check(outBytes <= bytes + Equalizer::kOutputHeadroom);
-        Check(std::equal(pcmA.begin(), pcmA.begin() + outBytes, pcmB.begin()));
-
-        if (identity) {
-            for (uint64_t i = 0; i < outBytes; i += sampleBytes) {
-                const int32_t want = expected.front(), got = SampleAt(&pcmA[i], sampleBytes);
-                expected.pop_front();
-                const int32_t towardZero = want > 0 ? want - 1 : want < 0 ? want + 1 : 0;
-                Check(got == want || got == towardZero);
-            }
+        Check(out <= bytes + Equalizer::kOutputHeadroom && std::equal(pcmA.begin(), pcmA.begin() + out, pcmB.begin()));
+        for (uint64_t i = 0; identity && i < out; i += sampleBytes) {
+            const int32_t want = expected.front(), got = SampleAt(&pcmA[i], sampleBytes);
+            expected.pop_front();
+            Check(got == want || got == want - (want > 0) + (want < 0));
         }
     }
     return 0;

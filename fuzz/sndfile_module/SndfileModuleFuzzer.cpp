@@ -1,64 +1,15 @@
-// Arbitrary bytes through the sound file module's file path: track information, a decoder,
-// decoding to the end, a seek and decoding on from there.
-//
-// Input: byte 0 is the data offset, byte 1 the seek position in 20 ms steps, the rest is
-// the file (held in a memfd and opened by its /proc path, as a player opens a file).
+// Arbitrary bytes through the sound file module's file path (see InputModuleRun.h).
+#include "../InputModuleRun.h"
 #include "SndfileModule.h"
-
-#include <cstdint>
-#include <cstdlib>
-#include <string>
-#include <sys/mman.h>
-#include <unistd.h>
 
 // libsndfile 1.2.0 leaves libvorbis's header state behind when an Ogg Vorbis stream fails
 // to open (about 11 KiB per damaged file; known upstream: libsndfile issues 922 and 1013).
 // Allocations made inside libvorbis are not ours to fix; any leak that also holds memory of
 // libsndfile's own or of this module is still reported.
-extern "C" const char* __lsan_default_suppressions() {
-    return "leak:libvorbis.so\n";
-}
-
-namespace {
-
-// A block must hold whole frames of the format the information announced.
-void CheckBlock(const TrackInfo& info, bool described, uint32_t bytes) {
-    if (!described) return;
-    const uint32_t frameBytes = static_cast<uint32_t>(info.bitsPerSample / 8 * info.channels);
-    if (frameBytes == 0 || bytes % frameBytes != 0) std::abort();
-}
-
-}  // namespace
+extern "C" const char* __lsan_default_suppressions() { return "leak:libvorbis.so\n"; }
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     static InputModule* const module = verdin::sndfile::AcquireSndfileModule();
-    static const int fd = memfd_create("sndfile_module_input", MFD_CLOEXEC);
-    static const std::string path = "/proc/self/fd/" + std::to_string(fd);
-    if (size < 2 || fd < 0) return 0;
-    const uint32_t dataOffset = data[0];
-    const uint32_t seekMs = data[1] * 20u;
-    if (ftruncate(fd, 0) != 0 || pwrite(fd, data + 2, size - 2, 0) != static_cast<ssize_t>(size - 2)) return 0;
-
-    TrackInfo info{};
-    const bool described = module->ops->GetFileInfo(module, path.c_str(), dataOffset, &info) != 0;
-    const bool formatOk = (info.channels == 1 || info.channels == 2) &&
-                          (info.bitsPerSample == 8 || info.bitsPerSample == 16) && info.sampleRate > 0;
-    if (described && !formatOk) std::abort();
-
-    InputDecoder* decoder = module->ops->OpenDecoder(module, path.c_str(), dataOffset);
-    if (!decoder) return 0;
-    const void* block = nullptr;
-    for (int blocks = 0; blocks < 100000; ++blocks) {
-        const uint32_t bytes = decoder->ops->Decode(decoder, &block);
-        if (bytes == 0) break;
-        CheckBlock(info, described, bytes);
-    }
-    decoder->ops->Seek(decoder, seekMs);
-    for (int blocks = 0; blocks < 100000; ++blocks) {
-        const uint32_t bytes = decoder->ops->Decode(decoder, &block);
-        if (bytes == 0) break;
-        CheckBlock(info, described, bytes);
-    }
-    decoder->ops->Destroy(decoder);
+    verdin::fuzz::RunInputModule(module, data, size, true);
     return 0;
 }

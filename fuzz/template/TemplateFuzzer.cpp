@@ -1,22 +1,20 @@
-// Arbitrary templates and player state: the first byte picks the state (which row is
-// current, whether its track is loaded, the player status, the position), the rest is
-// split at 0xFF bytes into the track title, window title and status string templates.
-// Every expansion must stay within its buffer; the find search runs with the status
-// template as its text. Nothing may crash or hang.
-#include "playlist/Playlist.h"
-#include "playlist/RandomEntry.h"
-#include "playlist/TrackItem.h"
+// Arbitrary templates and player state: the first byte picks the state (the current row,
+// whether its track is loaded, the player status, the position), the rest is split at
+// 0xFF bytes into the track title, window title and status string templates. Every
+// expansion stays within its buffer, and the find search, with the status template as its
+// text, lands on a row or nowhere. Nothing may crash or hang.
 #include "playlist/titles/FindRow.h"
 #include "playlist/titles/StatusLine.h"
 #include "playlist/titles/TemplateExpansion.h"
 #include "playlist/titles/TrackTitle.h"
 #include "playlist/titles/WindowTitle.h"
+#include "playlist/Playlist.h"
+#include "playlist/RandomEntry.h"
+#include "playlist/TrackItem.h"
 
-#include <cstdint>
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
-#include <string>
-#include <string_view>
 
 namespace {
 
@@ -33,8 +31,14 @@ std::unique_ptr<TrackItem> Track(const char* name, const char* artist, const cha
     return std::make_unique<TrackItem>(std::move(track));
 }
 
-// row 0 track, row 1 playlist, row 2 track in it, row 3 random entry in it, row 4 track.
-const Playlist& Tree() {
+void CheckLength(const std::string& text) {
+    if (text.size() > kTemplateResultLimit) std::abort();
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    // Row 0 a track, row 1 a playlist holding row 2 (a track) and row 3 (a random entry), row 4 a track.
     static const auto main = [] {
         auto p = std::make_unique<Playlist>();
         p->AppendItem(Track("/m/a%b.mp3", "Ann %time%", "Alpha", 125'700));
@@ -45,54 +49,29 @@ const Playlist& Tree() {
         p->AppendItem(Track("/m/Delta.wav", nullptr, nullptr, 3'600'000));
         return p;
     }();
-    return *main;
-}
-
-std::string_view NextPiece(std::string_view& rest) {
-    const std::size_t end = rest.find('\xFF');
-    const std::string_view piece = rest.substr(0, end);
-    rest = end == std::string_view::npos ? std::string_view() : rest.substr(end + 1);
-    return piece;
-}
-
-void CheckLength(const std::string& text) {
-    if (text.size() > kTemplateResultLimit) std::abort();
-}
-
-}  // namespace
-
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     if (size < 1) return 0;
-    const Playlist& main = Tree();
     const std::uint8_t selector = data[0];
     std::string_view rest(reinterpret_cast<const char*>(data + 1), size - 1);
-    TitleTemplates templates;
-    templates.trackTitle = NextPiece(rest);
-    templates.windowTitle = NextPiece(rest);
-    templates.statusString = NextPiece(rest);
-
+    std::string_view pieces[3];
+    for (auto& piece : pieces) {
+        piece = rest.substr(0, rest.find('\xFF'));
+        rest.remove_prefix(std::min(rest.size(), piece.size() + 1));
+    }
+    const TitleTemplates templates{pieces[0], pieces[1], pieces[2]};
     const int row = selector % 7 - 1;  // -1..5: none, each row, one past the end
-    const bool loaded = (selector & 0x08) != 0;
-    const auto status = static_cast<PlayerStatus>((selector >> 4) % 3);
-    const std::uint32_t position = static_cast<std::uint32_t>(selector) * 40'000u;
-    const RowRef ref = main.ItemAtRow(row);
-    const TrackRecord* track =
-        loaded && ref && ref.item->Kind() == ItemKind::kTrack ? &static_cast<const TrackItem*>(ref.item)->Track() : nullptr;
-    const TitleState state = MakeTitleState(main, row, track, position, status, templates);
-
+    const RowRef ref = main->ItemAtRow(row);
+    const TrackRecord* track = (selector & 0x08) && ref && ref.item->Kind() == ItemKind::kTrack
+                                   ? &static_cast<const TrackItem*>(ref.item)->Track() : nullptr;
+    const TitleState state = MakeTitleState(*main, row, track, selector * 40'000u, static_cast<PlayerStatus>((selector >> 4) % 3), templates);
     if (track) CheckLength(ExpandTrackTitle(*track, templates.trackTitle));
     CheckLength(ExpandWindowTitle(state));
     const std::string statusTemplate = ExpandStatusTemplate(state);
     CheckLength(statusTemplate);
     CheckLength(ComposeStatusText(selector % 5, {(selector & 0x40) != 0, selector}, statusTemplate, state));
     CheckLength(ExpandStatusString(state));
-
-    const int found = FindRow(main, row, templates.statusString, (selector & 0x80) != 0,
-                              [&templates](const PlaylistItem& item) {
-                                  if (item.Kind() != ItemKind::kTrack) return item.Body();
-                                  return ExpandTrackTitle(static_cast<const TrackItem&>(item).Track(),
-                                                          templates.trackTitle);
-                              });
-    if (found < -1 || found >= main.RowCount()) std::abort();
+    const int found = FindRow(*main, row, templates.statusString, (selector & 0x80) != 0, [&templates](const PlaylistItem& item) {
+        return item.Kind() == ItemKind::kTrack ? ExpandTrackTitle(static_cast<const TrackItem&>(item).Track(), templates.trackTitle) : item.Body();
+    });
+    if (found < -1 || found >= main->RowCount()) std::abort();
     return 0;
 }

@@ -1,8 +1,20 @@
 #pragma once
-// A random-entry expression read once and kept as a tree, for evaluating it on every track
-// of a sample space. Its answers are those of EvaluateExpression for every text and every
-// track (the tests and the fuzz target hold the two against each other); only the work is
-// done once: the text split into groups and comparisons, variables looked up, VALUE
+// Whether a track meets a random entry's expression.
+//
+//   empty text                 true: no requirement
+//   (A) && (B) | (C) ...       a compound: parenthesised groups joined by connectors, read
+//                              left to right with no precedence. Only a connector's first
+//                              character counts. After "&", a false running result or a
+//                              false group ends the whole compound false at once; after
+//                              "|" the running result is ORed with the group; after any
+//                              other character the group is ignored. A group that does
+//                              not start with "(" is false.
+//   NAME OP VALUE              a comparison (Comparison.h, ExpressionVariable.h); an
+//                              unknown NAME makes it false. No blank may follow "(":
+//                              "( DURATION < 300)" names no variable (ExpressionScan.h).
+//
+// The expression is read once and kept as a tree, for evaluating it on every track of a
+// sample space: the text split into groups and comparisons, variables looked up, VALUE
 // upper-cased and converted to an integer.
 //
 // Matches() reuses scratch buffers of the object: one thread at a time per object.

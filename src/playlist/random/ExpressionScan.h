@@ -1,6 +1,5 @@
 #pragma once
-// The text-level steps of reading a random-entry expression, shared by the evaluator that
-// re-reads the text for every track and by the compiled form used for a whole pick.
+// The text-level steps of reading a random-entry expression (CompiledExpression.h).
 //
 // Blanks are the character 0x20 only (a tab is an ordinary character). An expression is a
 // C text: it ends at its first NUL.

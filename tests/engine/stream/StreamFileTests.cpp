@@ -1,139 +1,174 @@
-// Whole-path stream tests: real WAV fixtures, the bundled input modules, the equalizer,
-// and the WAV file device as the output, checked sample for sample.
-#include "StreamTestKit.h"
-
-#include "engine/equalizer/Equalizer.h"
+// Whole-path stream tests: WAV tracks made here, the bundled input modules, the
+// equalizer, and the WAV file device as the output, checked sample for sample.
+#include "engine/input/InputModuleList.h"
+#include "engine/stream/Stream.h"
 
 #include "Files.h"
 #include "PcmFixtures.h"
 #include "TempDir.h"
 
-#include <cmath>
 #include <gtest/gtest.h>
-#include <sys/stat.h>
+
+#include <chrono>
+#include <cmath>
+#include <thread>
 
 namespace verdin {
 namespace {
 
-using test::Bytes16;
-using test::DecodeChain;
-using test::Samples16;
 using test::Sine16;
 using test::TempDir;
-using test::WriteWav;
 
 constexpr int kRate = 44100;
 
+const InputModuleList& Modules() {
+    static InputModuleList* modules = [] {
+        auto* list = new InputModuleList;
+        list->LoadInputModules(VERDIN_TEST_PLUGIN_DIR, nullptr);
+        return list;
+    }();
+    return *modules;
+}
+
+std::vector<int16_t> Samples16(const std::vector<uint8_t>& bytes) {
+    std::vector<int16_t> out(bytes.size() / 2);
+    for (size_t i = 0; i < out.size(); ++i) out[i] = static_cast<int16_t>(bytes[2 * i] | (bytes[2 * i + 1] << 8));
+    return out;
+}
+
+std::string Wav(const TempDir& dir, const std::string& name, const std::vector<int16_t>& stereo) {
+    test::WriteWav(dir.file(name), 2, kRate, 16, test::Bytes16(stereo));
+    return dir.file(name);
+}
+std::vector<int16_t> Constant(int frames, int16_t value) { return std::vector<int16_t>(2 * size_t(frames), value); }
+
 StreamOptions Plain() {
     StreamOptions o;
-    o.pauseBetweenTracks = 0;
     o.crossfadeLength = 0;
     return o;
 }
 
-std::vector<int16_t> Constant(int frames, int16_t value) { return std::vector<int16_t>(2 * static_cast<size_t>(frames), value); }
-
-std::string MakeWav(const TempDir& dir, const std::string& name, const std::vector<int16_t>& samples) {
-    const std::string path = dir.file(name);
-    WriteWav(path, 2, kRate, 16, Bytes16(samples));
-    return path;
+std::unique_ptr<Stream> Open(const std::string& path, StreamOptions options, Stream* previous = nullptr) {
+    auto stream = std::make_unique<Stream>(Modules(), options);
+    EXPECT_TRUE(stream->OpenStream(path, previous)) << stream->ErrorText();
+    return stream;
 }
 
-TEST(StreamToFile, ATrackLongerThanTheRingComesOutSampleForSample) {
+// Track 1 of a one-entry playlist titled "out": <dir>/1. out.wav
+OutputTarget FileTarget(const TempDir& dir) {
+    OutputTarget target;
+    target.kind = OutputTarget::kWavFile;
+    target.decodeDirectory = dir.str();
+    target.title = "out";
+    return target;
+}
+
+// Decodes the tracks one after the other into one WAV file, each linked to the one before
+// so that they share the file device, and returns the file's data bytes. Held by the
+// user's pause, the first stream fills its ring and waits, so the next ones are linked
+// while it plays, as the shell links them (every track but the last must be longer than
+// the ring for that).
+std::vector<uint8_t> DecodeChain(const TempDir& dir, const std::vector<std::string>& tracks, StreamOptions options,
+                                 bool crossfade = false) {
+    std::vector<std::unique_ptr<Stream>> streams;
+    streams.push_back(Open(tracks.front(), options));
+    streams.back()->PausePlayback();
+    if (!streams.back()->StartStream(FileTarget(dir))) {
+        ADD_FAILURE() << streams.back()->ErrorText();
+        return {};
+    }
+    for (size_t i = 1; i < tracks.size(); ++i) {
+        streams.push_back(Open(tracks[i], options, streams.back().get()));
+        streams.back()->SetCrossfadeOnHandOver(crossfade);
+        EXPECT_EQ(streams[i - 1]->NextStream(), streams[i].get()) << "track " << i << " was not linked";
+    }
+    streams.front()->ResumePlayback();
+    for (auto& stream : streams) stream->WaitUntilFinished();
+    for (size_t i = 0; i + 1 < streams.size(); ++i) EXPECT_EQ(streams[i]->HandedOverTo(), streams[i + 1].get()) << i;
+    for (auto& stream : streams) EXPECT_FALSE(stream->Failed()) << stream->ErrorText();
+    streams.clear();  // the last owner closes the device, which completes the header
+    return test::WavData(dir.file("1. out.wav"));
+}
+
+TEST(StreamToFile, ConsecutiveTracksLongerThanTheRingJoinWithoutAGap) {
     TempDir dir;
-    const auto tone = Sine16(300000, 2, kRate, {440.0, 660.0});
-    const auto data = DecodeChain(dir, {MakeWav(dir, "a.wav", tone)}, Plain());
+    const auto tone = Sine16(400001, 2, kRate, {1000.0});  // split at an arbitrary frame
+    const long split = 2 * 223457;                        // the ring holds 128000 frames
+    const auto data = DecodeChain(dir, {Wav(dir, "a.wav", {tone.begin(), tone.begin() + split}),
+                                        Wav(dir, "b.wav", {tone.begin() + split, tone.end()})},
+                                  Plain());
     EXPECT_EQ(Samples16(data), tone);
 }
 
-TEST(StreamToFile, EightBitTracksStayEightBit) {
+TEST(StreamToFile, EightBitTracksStayEightBitAndThePauseIsSilenceOfItsLength) {
     TempDir dir;
     std::vector<uint8_t> pcm(5000);
     for (size_t i = 0; i < pcm.size(); ++i) pcm[i] = static_cast<uint8_t>(128 + 100 * std::sin(i * 0.05));
-    const std::string path = dir.file("e.wav");
-    WriteWav(path, 1, 8000, 8, pcm);
-    EXPECT_EQ(DecodeChain(dir, {path}, Plain()), pcm);
-    const auto file = test::ReadBytes(test::FileTargetPath(dir));
-    EXPECT_EQ(file[32], 1);  // block alignment
-    EXPECT_EQ(file[34], 8);  // bits
-}
+    test::WriteWav(dir.file("e.wav"), 1, 8000, 8, pcm);
+    EXPECT_EQ(DecodeChain(dir, {dir.file("e.wav")}, Plain()), pcm);
+    const auto header = test::ReadBytes(dir.file("1. out.wav"));
+    EXPECT_EQ(header[32], 1);  // block alignment
+    EXPECT_EQ(header[34], 8);  // bits
 
-TEST(StreamToFile, ThePauseBetweenTracksIsSilenceOfTheExactLength) {
-    TempDir dir;
     const auto tone = Sine16(10000, 2, kRate, {440.0});
     StreamOptions options = Plain();
     options.pauseBetweenTracks = 1000;
-    const auto data = DecodeChain(dir, {MakeWav(dir, "a.wav", tone)}, options);
+    const auto data = DecodeChain(dir, {Wav(dir, "a.wav", tone)}, options);
     ASSERT_EQ(data.size(), tone.size() * 2 + 176400);
-    EXPECT_EQ(Samples16(std::vector<uint8_t>(data.begin(), data.begin() + static_cast<long>(tone.size() * 2))), tone);
-    for (size_t i = tone.size() * 2; i < data.size(); ++i) ASSERT_EQ(data[i], 0) << i;
-}
-
-TEST(StreamToFile, ConsecutiveTracksOnOneDeviceJoinWithoutAGap) {
-    TempDir dir;
-    // One continuous tone split at an arbitrary frame into two tracks.
-    const auto tone = Sine16(400001, 2, kRate, {1000.0});
-    const size_t split = 2 * 223457;  // longer than the ring of 128000 frames
-    const std::vector<int16_t> first(tone.begin(), tone.begin() + static_cast<long>(split));
-    const std::vector<int16_t> second(tone.begin() + static_cast<long>(split), tone.end());
-    const auto data = DecodeChain(dir, {MakeWav(dir, "a.wav", first), MakeWav(dir, "b.wav", second)}, Plain());
-    EXPECT_EQ(Samples16(data), tone);
+    EXPECT_EQ(Samples16({data.begin(), data.begin() + long(tone.size() * 2)}), tone);
+    EXPECT_TRUE(std::all_of(data.begin() + long(tone.size() * 2), data.end(), [](uint8_t b) { return b == 0; }));
 }
 
 TEST(StreamToFile, ACrossfadeMixesTheNextTrackOverTheEndOfThePreviousOne) {
     TempDir dir;
     StreamOptions options = Plain();
     options.crossfadeLength = 1000;  // 44100 frames
-    const int aFrames = 300000, bFrames = 100000;
-    const auto data = DecodeChain(
-        dir, {MakeWav(dir, "a.wav", Constant(aFrames, 8000)), MakeWav(dir, "b.wav", Constant(bFrames, -8000))}, options,
-        true);
-    const auto out = Samples16(data);
-    const int64_t length = 44100;
-    ASSERT_EQ(out.size(), 2 * static_cast<size_t>(aFrames - length + bFrames));
-    const auto frame = [&](int64_t f) { return out[static_cast<size_t>(2 * f)]; };
-    EXPECT_EQ(frame(aFrames - length - 1), 8000);  // before the fade: the old track
-    for (int64_t k = 0; k < length; k += 997) {
-        const int64_t r = length - k;  // remaining at frame k of the fade
-        const int64_t expected = (-8000 * length + 16000 * r) / length;
-        ASSERT_EQ(frame(aFrames - length + k), expected) << k;
-    }
-    EXPECT_EQ(frame(aFrames), -8000);  // after the fade: the new track alone
+    const int64_t aFrames = 300000, bFrames = 100000, length = 44100;
+    const auto out = Samples16(DecodeChain(
+        dir, {Wav(dir, "a.wav", Constant(aFrames, 8000)), Wav(dir, "b.wav", Constant(bFrames, -8000))}, options, true));
+    ASSERT_EQ(out.size(), 2 * size_t(aFrames - length + bFrames));
+    const auto frame = [&](int64_t f) { return out[size_t(2 * f)]; };
+    EXPECT_EQ(frame(aFrames - length - 1), 8000);  // before the fade: the old track alone
+    for (int64_t k = 0; k < length; k += 997)
+        ASSERT_EQ(frame(aFrames - length + k), (-8000 * length + 16000 * (length - k)) / length) << k;
+    EXPECT_EQ(frame(aFrames), -8000);  // after it: the new track alone
     EXPECT_EQ(out.back(), -8000);
 }
 
-TEST(StreamToFile, TracksOfDifferentFormatsAreNotLinked) {
-    TempDir dir;
-    const std::string a = MakeWav(dir, "a.wav", Constant(1000, 1));
-    const std::string b = dir.file("b.wav");
-    WriteWav(b, 1, kRate, 16, Bytes16(std::vector<int16_t>(1000, 1)));
-    auto first = test::OpenTrack(a, Plain());
-    ASSERT_TRUE(first->StartStream(test::FileTarget(dir)));
-    auto second = test::OpenTrack(b, Plain(), first.get());
-    EXPECT_EQ(first->NextStream(), nullptr);
-    first->WaitUntilFinished();
-    EXPECT_EQ(first->HandedOverTo(), nullptr);
-}
-
-TEST(StreamToFile, SilenceIsSkippedAtTheStartAndCutAtTheEnd) {
-    TempDir dir;
-    std::vector<int16_t> pcm = Constant(3000, 0);
+TEST(StreamToFile, LeadingSilenceIsSkippedAndTrailingSilenceCutDownToTheMargin) {
+    // The device is held until the track is decoded, so the whole track is in the ring and
+    // the cut reaches down to the 12000 frames that may be on their way to the sound card.
     const auto tone = Sine16(20000, 2, kRate, {440.0}, 0.5);
+    const auto quiet = Constant(30000, 2);  // below the -60 dB threshold of 32
+    std::vector<int16_t> pcm = Constant(30000, 0);  // longer than a decoded block
     pcm.insert(pcm.end(), tone.begin(), tone.end());
-    const auto tail = Constant(30000, 2);  // below the -60 dB threshold of 32
-    pcm.insert(pcm.end(), tail.begin(), tail.end());
-    StreamOptions options = Plain();
-    options.skipSilenceInTheBeginning = true;
-    options.skipSilenceInTheEnd = true;
-    options.silenceLevel = -60;
-    auto out = Samples16(DecodeChain(dir, {MakeWav(dir, "a.wav", pcm)}, options));
-    // The tone's first frame is 0 (sin 0) on both channels: the sound starts at frame 1.
-    const std::vector<int16_t> expected(tone.begin() + 2, tone.end());
-    ASSERT_GE(out.size(), 2u);
-    // Within the tone, quiet frames near its zero crossings stay; only the tail goes.
-    while (out.size() > expected.size() && out.back() == 2) out.pop_back();
-    EXPECT_EQ(out.size(), expected.size());
-    EXPECT_EQ(out, expected);
+    pcm.insert(pcm.end(), quiet.begin(), quiet.end());
+    const struct {
+        std::vector<int16_t> track;
+        bool skipLeading;
+        std::vector<int16_t> expected;
+    } cases[] = {
+        {pcm, true, {tone.begin() + 2, tone.end()}},  // the tone's first frame is sin 0 = 0
+        {quiet, false, Constant(12000, 2)},
+    };
+    for (const auto& c : cases) {
+        TempDir dir;
+        StreamOptions options = Plain();
+        options.skipSilenceInTheBeginning = c.skipLeading;
+        options.skipSilenceInTheEnd = true;
+        options.silenceLevel = -60;
+        auto stream = Open(Wav(dir, "a.wav", c.track), options);
+        stream->PausePlayback();
+        ASSERT_TRUE(stream->StartStream(FileTarget(dir)));
+        const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(10);
+        while (!(stream->EndOfTrack() && stream->FramesWritten() == int64_t(c.expected.size() / 2)) &&
+               std::chrono::steady_clock::now() < deadline)
+            std::this_thread::yield();
+        stream->ResumePlayback();
+        stream->WaitUntilFinished();
+        stream.reset();
+        EXPECT_EQ(Samples16(test::WavData(dir.file("1. out.wav"))), c.expected) << (c.skipLeading ? "both ends" : "the end only");
+    }
 }
 
 TEST(StreamToFile, TheEqualizerAtZeroDecibelsGivesEveryFrameBackIncludingTheTail) {
@@ -141,36 +176,83 @@ TEST(StreamToFile, TheEqualizerAtZeroDecibelsGivesEveryFrameBackIncludingTheTail
     const auto tone = Sine16(50000, 2, kRate, {440.0, 5000.0}, 0.7);
     StreamOptions options = Plain();
     options.equalizerEnabled = true;  // all gains 0 dB
-    const auto out = Samples16(DecodeChain(dir, {MakeWav(dir, "a.wav", tone)}, options));
+    const auto out = Samples16(DecodeChain(dir, {Wav(dir, "a.wav", tone)}, options));
     ASSERT_EQ(out.size(), tone.size());
     for (size_t i = 0; i < tone.size(); ++i) ASSERT_LE(std::abs(out[i] - tone[i]), 1) << i;
 }
 
-TEST(StreamToFile, AnUnknownFormatAndAnUnwritableDirectoryFailWithTheirTexts) {
+TEST(StreamToFile, ASeekGoesOnWithTheFrameItReports) {
+    // Seeking while the user's pause holds the file device: the file holds whatever was
+    // written before the seek (the device resumes for it), then the track from 2 s on.
     TempDir dir;
+    const auto tone = Sine16(300000, 2, kRate, {440.0, 660.0});
+    auto stream = Open(Wav(dir, "a.wav", tone), Plain());
+    stream->PausePlayback();
+    ASSERT_TRUE(stream->StartStream(FileTarget(dir)));
+    const int64_t ringFrames = stream->Ring().frames;
+    while (stream->FramesWritten() < ringFrames / 2) std::this_thread::yield();  // the ring fills
+    stream->SeekStream(2000);
+    EXPECT_EQ(stream->PlayedMilliseconds(), 2000u);
+    stream->ResumePlayback();
+    stream->WaitUntilFinished();
+    stream.reset();
+    const auto out = Samples16(test::WavData(dir.file("1. out.wav")));
+    const size_t tail = tone.size() - 2 * 88200;
+    ASSERT_GE(out.size(), tail);
+    const size_t before = out.size() - tail;
+    EXPECT_LE(before, 2 * size_t(ringFrames));
+    EXPECT_TRUE(std::equal(out.begin(), out.begin() + long(before), tone.begin())) << "what came before the seek";
+    EXPECT_TRUE(std::equal(out.begin() + long(before), out.end(), tone.begin() + 2 * 88200)) << "what came after it";
+}
+
+TEST(StreamToFile, WhatCannotBePlayedIsNotPlayed) {
+    TempDir dir;
+    // Tracks of different formats are not linked.
+    auto first = Open(Wav(dir, "a.wav", Constant(1000, 1)), Plain());
+    test::WriteWav(dir.file("b.wav"), 1, kRate, 16, test::Bytes16(std::vector<int16_t>(1000, 1)));
+    ASSERT_TRUE(first->StartStream(FileTarget(dir)));
+    auto second = Open(dir.file("b.wav"), Plain(), first.get());
+    EXPECT_EQ(first->NextStream(), nullptr);
+    first->WaitUntilFinished();
+    EXPECT_EQ(first->HandedOverTo(), nullptr);
+
     test::WriteFile(dir.file("x.xyz"), "not audio");
-    Stream unknown(test::BundledModules(), Plain());
+    Stream unknown(Modules(), Plain());
     EXPECT_FALSE(unknown.OpenStream(dir.file("x.xyz"), nullptr));
     EXPECT_TRUE(unknown.Failed());
     EXPECT_EQ(unknown.ErrorText(), "\"" + dir.file("x.xyz") + "\"\nis of an unknown file format.");
 
-    const std::string track = MakeWav(dir, "a.wav", Constant(100, 5));
-    OutputTarget target = test::FileTarget(dir);
-    target.decodeDirectory = dir.file("missing");
-    Stream stream(test::BundledModules(), Plain());
-    ASSERT_TRUE(stream.OpenStream(track, nullptr));
-    EXPECT_FALSE(stream.StartStream(target));
-    EXPECT_EQ(stream.ErrorText(), "Failed to initialize output to \"" + dir.file("missing/1. out.wav") + "\".");
-}
+    OutputTarget missing = FileTarget(dir);
+    missing.decodeDirectory = dir.file("missing");
+    Stream unwritable(Modules(), Plain());
+    ASSERT_TRUE(unwritable.OpenStream(dir.file("a.wav"), nullptr));
+    EXPECT_FALSE(unwritable.StartStream(missing));
+    EXPECT_EQ(unwritable.ErrorText(), "Failed to initialize output to \"" + dir.file("missing/1. out.wav") + "\".");
+    unwritable.SeekStream(500);  // no output: nothing to seek
+    EXPECT_EQ(unwritable.PlayedMilliseconds(), 0u);
 
-TEST(StreamToFile, TheNullTrackIsNeverPlayed) {
-    TempDir dir;
-    Stream stream(test::BundledModules(), Plain());
-    ASSERT_TRUE(stream.OpenStream(Stream::kNullTrack, nullptr));
-    EXPECT_TRUE(stream.StartStream(test::FileTarget(dir)));
-    stream.WaitUntilFinished();
-    EXPECT_FALSE(stream.OutputStarted());
-    EXPECT_FALSE(test::FileExists(test::FileTargetPath(dir)));
+    // A next track prepared and closed again before the hand-over: the first plays alone.
+    TempDir alone;
+    auto held = Open(Wav(dir, "long.wav", Constant(200000, 3)), Plain());  // longer than the ring
+    held->PausePlayback();
+    ASSERT_TRUE(held->StartStream(FileTarget(alone)));
+    auto next = Open(dir.file("a.wav"), Plain(), held.get());
+    ASSERT_EQ(held->NextStream(), next.get());
+    next.reset();
+    EXPECT_EQ(held->NextStream(), nullptr);
+    held->ResumePlayback();
+    held->WaitUntilFinished();
+    EXPECT_EQ(held->HandedOverTo(), nullptr);
+    held.reset();
+    EXPECT_EQ(test::WavData(alone.file("1. out.wav")).size(), 800000u);
+
+    TempDir empty;
+    Stream null(Modules(), Plain());
+    ASSERT_TRUE(null.OpenStream(Stream::kNullTrack, nullptr));
+    EXPECT_TRUE(null.StartStream(FileTarget(empty)));
+    null.WaitUntilFinished();
+    EXPECT_FALSE(null.OutputStarted());
+    EXPECT_FALSE(test::FileExists(empty.file("1. out.wav")));
 }
 
 }  // namespace
