@@ -1,6 +1,7 @@
 // Track names, the rows of the playlist tree and the caches behind them, and the
 // commands that reshape the tree.
 #include "playlist/TrackName.h"
+#include "playlist/RowMove.h"
 #include "playlist/TreeCommands.h"
 
 #include "PlaylistFixtures.h"
@@ -199,6 +200,9 @@ TEST(TreeCommands, ReshapeTheTreeAndMarkWhatChanged) {
     const auto drop = [](int row) { return [row](Playlist& m) { return int(DropPlaylist(m, row)); }; };
     const auto flatten = [](Playlist& m) { return FlattenMainPlaylist(m), 0; };
     const auto remove = [](std::vector<int> rows) { return [rows](Playlist& m) { return DeleteRows(m, rows); }; };
+    const auto move = [](std::vector<int> rows, int before) {
+        return [rows, before](Playlist& m) { return MoveRows(m, rows, before); };
+    };
     const auto sort = [](int row) {  // by label, without regard to case; ties keep their order
         return [row](Playlist& m) { return SortPlaylist(row < 0 ? m : NestedAt(m, row), [](const PlaylistItem& i) { return Label(i); }), 0; };
     };
@@ -236,6 +240,18 @@ TEST(TreeCommands, ReshapeTheTreeAndMarkWhatChanged) {
         {"a P[ b Q[ c ] ] d ?r", remove({6, 6, -1, 7}), 1, "a P[ b Q[ c ] ] d", "main"},
         {"a P[ b Q[ c ] ] d ?r", remove({0, 1, 2, 3, 4, 5, 6}), 4, "", "main"},
         {"a P[ b Q[ c ] ] d ?r", remove({}), 0, "a P[ b Q[ c ] ] d ?r", ""},
+        // Moved rows go, in row order, before the target row, into its holder; the result is
+        // the first one's new row. A target among the moved rows gives way to the next one.
+        {"a b c d", move({3}, 0), 0, "d a b c", "main"},
+        {"a b c d", move({2, 0}, 4), 2, "b d a c", "main"},
+        {"a b c d", move({0, 2}, 99), 2, "b d a c", "main"},
+        {"a b c d", move({2, 0}, 1), 0, "a c b d", "main"},
+        {"a b c d", move({1, 2}, 1), 1, "a b c d", "main"},
+        {"a P[ b c ] d", move({4}, 2), 2, "a P[ d b c ]", "main P"},
+        {"a P[ b c ] d", move({2}, 0), 0, "b a P[ c ] d", "main P"},
+        {"a P[ b c ] d", move({1}, 3), 1, "a P[ b c ] d", "main"},  // not into itself
+        {"a P[ b c ] d", move({1, 2}, 0), 0, "P[ b c ] a d", "main"},  // with its own item: whole
+        {"a b", move({5}, 0), -1, "a b", ""},
         {"b2 B1 b1 a", sort(-1), 0, "a B1 b1 b2", "main"},
         {"Zed alpha P[ y X ] beta", sort(-1), 0, "alpha beta P[ X y ] Zed", "main P"},  // nested ones too
         {"b ?r a", sort(-1), 0, "?r a b", "main"},
