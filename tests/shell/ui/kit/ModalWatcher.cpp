@@ -4,24 +4,22 @@
 #include <QApplication>
 #include <QFileDialog>
 #include <QLineEdit>
-#include <QMessageBox>
 
 namespace verdin::test {
 
-ModalWatcher::ModalWatcher(Answer answer) : answer_(std::move(answer)) {
+ModalWatcher::ModalWatcher(Answer answer, QMessageBox::StandardButton button)
+    : answer_(std::move(answer)), button_(button) {
     timer_.setInterval(10);
     QObject::connect(&timer_, &QTimer::timeout, [this] { Tick(); });
     timer_.start();
 }
-
-ModalWatcher::~ModalWatcher() { timer_.stop(); }
 
 void ModalWatcher::Tick() {
     QWidget* modal = QApplication::activeModalWidget();
     if (!modal) return;
     if (auto* box = qobject_cast<QMessageBox*>(modal)) {
         boxes_.push_back(box->windowTitle() + QStringLiteral(": ") + box->text());
-        QAbstractButton* button = box->button(QMessageBox::Yes);
+        QAbstractButton* button = box->button(button_);
         if (!button) button = box->button(QMessageBox::Ok);
         if (button) button->click();
         else box->reject();
@@ -48,7 +46,7 @@ ModalWatcher::Answer ChooseFiles(const QStringList& files) {
         } else {
             QStringList quoted;
             for (const QString& file : files) quoted.push_back(QLatin1Char('"') + file + QLatin1Char('"'));
-            name->setText(quoted.join(QLatin1Char(' ')));
+            name->setText(files.size() == 1 ? files.front() : quoted.join(QLatin1Char(' ')));
         }
         // The dialog's own accept checks the choice, as the OK button does.
         static_cast<QDialog*>(dialog)->accept();
@@ -57,12 +55,17 @@ ModalWatcher::Answer ChooseFiles(const QStringList& files) {
 }
 
 ModalWatcher::Answer TypeUrl(const QString& url) {
-    return [url](QWidget& modal) {
-        auto* edit = modal.findChild<QLineEdit*>();
+    return Close([url](QWidget& dialog) {
+        if (auto* edit = dialog.findChild<QLineEdit*>()) edit->setText(url);
+    }, true);
+}
+
+ModalWatcher::Answer Close(const std::function<void(QWidget& dialog)>& act, bool accept) {
+    return [act, accept](QWidget& modal) {
         auto* dialog = qobject_cast<QDialog*>(&modal);
-        if (!edit || !dialog || qobject_cast<QFileDialog*>(&modal)) return false;
-        edit->setText(url);
-        dialog->accept();
+        if (!dialog || qobject_cast<QFileDialog*>(&modal)) return false;
+        if (act) act(modal);
+        dialog->done(accept ? QDialog::Accepted : QDialog::Rejected);
         return true;
     };
 }

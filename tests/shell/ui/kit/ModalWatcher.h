@@ -1,23 +1,21 @@
 #pragma once
-// Answers the modal windows a command opens (message boxes, file dialogs, the URL
-// prompt) as a user would, from a timer, and remembers what they said.
+// Answers the modal windows that open while it lives (message boxes, file choosers, the
+// URL prompt, the dialogs) as a user would, from a timer, and remembers what they said.
+#include <QMessageBox>
 #include <QString>
 #include <QStringList>
 #include <QTimer>
 #include <functional>
 
-class QWidget;
-
 namespace verdin::test {
 
 class ModalWatcher {
 public:
-    // answer: what to do with a modal window other than a message box; return false to
-    // leave it open (it is offered again on the next tick). Message boxes are answered
-    // with the first of Yes, OK.
+    // answer: what to do with a modal window other than a message box; it returns false
+    // to leave the window open (it is offered again on the next tick). Message boxes are
+    // answered with the first of button, OK.
     using Answer = std::function<bool(QWidget& modal)>;
-    explicit ModalWatcher(Answer answer = {});
-    ~ModalWatcher();
+    explicit ModalWatcher(Answer answer = {}, QMessageBox::StandardButton button = QMessageBox::Yes);
 
     // Title and text of each message box answered, as "title: text".
     const QStringList& Boxes() const { return boxes_; }
@@ -28,6 +26,7 @@ private:
     void Tick();
 
     Answer answer_;
+    QMessageBox::StandardButton button_;
     QTimer timer_;
     QStringList boxes_;
     QStringList dialogs_;
@@ -38,5 +37,7 @@ private:
 ModalWatcher::Answer ChooseFiles(const QStringList& files);
 // The URL prompt: type the address and accept.
 ModalWatcher::Answer TypeUrl(const QString& url);
+// A dialog other than a file dialog: act on it, then accept or reject.
+ModalWatcher::Answer Close(const std::function<void(QWidget& dialog)>& act = {}, bool accept = false);
 
 }  // namespace verdin::test
