@@ -35,20 +35,20 @@ void WindowHome::Seed(const std::function<void(Settings&)>& change) {
     SetDefaults(settings, Environment(dir_));
     settings.inputPluginsSearchPath = std::string(VERDIN_TEST_PLUGIN_DIR) + ";";
     settings.dspPluginsSearchPath = settings.inputPluginsSearchPath;
-    settings.sampleSpaceSearchPath = MusicDirectory() + ";";
-    settings.initialDirectory = MusicDirectory();
-    UseNullSoundCard(settings);
+    settings.sampleSpaceSearchPath = dir_.file("music") + ";";
+    settings.initialDirectory = dir_.file("music");
+    settings.outputType = 0;
+    const auto devices = ListAlsaDevices();
+    for (size_t i = 0; i < devices.size(); ++i)
+        if (devices[i].name == "null") settings.waveOutDevice = static_cast<int32_t>(i) - 1;
+    settings.bufferPrefill = 10;
     if (change) change(settings);
-    auto store = OpenUserSettingsStore();
-    QSettingsStorage storage(*store);
-    QVERIFY(SaveSettings(settings, storage, Environment(dir_)));
+    QVERIFY(SaveUserSettings(settings, Environment(dir_)));
 }
 
 Settings WindowHome::Saved() const {
     Settings settings;
-    auto store = OpenUserSettingsStore();
-    QSettingsStorage storage(*store);
-    LoadSettings(settings, storage, Environment(dir_));
+    LoadUserSettings(settings, Environment(dir_));
     return settings;
 }
 
@@ -57,14 +57,6 @@ std::string WindowHome::Tone(const std::string& name, double seconds, double fre
     const int frames = static_cast<int>(seconds * 44100);
     WriteWav(path, 2, 44100, 16, Bytes16(Sine16(frames, 2, 44100, {frequency}, 0.4)));
     return path;
-}
-
-void UseNullSoundCard(Settings& settings) {
-    settings.outputType = 0;
-    const auto devices = ListAlsaDevices();
-    for (size_t i = 0; i < devices.size(); ++i)
-        if (devices[i].name == "null") settings.waveOutDevice = static_cast<int32_t>(i) - 1;
-    settings.bufferPrefill = 10;
 }
 
 WindowRun::WindowRun(const std::string& commandText) {
@@ -76,12 +68,6 @@ WindowRun::WindowRun(const std::string& commandText) {
     // Keys reach the accelerators of the active window only.
     app_->Window()->activateWindow();
     QVERIFY(QTest::qWaitForWindowActive(app_->Window()));
-}
-
-WindowRun::~WindowRun() { app_.reset(); }
-
-bool WaitUntil(const std::function<bool()>& condition, int milliseconds) {
-    return QTest::qWaitFor(condition, milliseconds);
 }
 
 }  // namespace verdin::test

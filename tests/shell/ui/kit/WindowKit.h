@@ -8,6 +8,7 @@
 #include "TempDir.h"
 
 #include <QByteArray>
+#include <QTest>
 #include <functional>
 #include <memory>
 #include <string>
@@ -23,33 +24,26 @@ public:
     WindowHome& operator=(const WindowHome&) = delete;
 
     // Writes the settings file: the defaults, the test build's plug-ins, ALSA's null
-    // device as the sound card, then whatever change makes.
+    // device as the sound card (real time, nothing kept), then whatever change makes.
     void Seed(const std::function<void(Settings&)>& change = {});
     // The settings as the player last saved them.
     Settings Saved() const;
     // A stereo 16-bit 44.1 kHz WAV tone in the home's music directory.
     std::string Tone(const std::string& name, double seconds, double frequency = 440) const;
     std::string Path(const std::string& name) const { return dir_.file(name); }
-    std::string MusicDirectory() const { return dir_.file("music"); }
-    std::string UserDirectory() const { return dir_.file("data/Brimfell/Verdin"); }
 
 private:
     TempDir dir_;
     QByteArray savedDataHome_;
 };
 
-// The null sound card: plays in real time, keeps nothing.
-void UseNullSoundCard(Settings& settings);
-
 class WindowRun {
 public:
     // Starts the windowed player (without the command server) with an optional command
     // text, and shows its main window.
+    // Destroyed, it quits: the teardown saves the playlist and the settings.
     explicit WindowRun(const std::string& commandText = {});
-    // Quits: the teardown saves the playlist and the settings.
-    ~WindowRun();
 
-    WindowApplication& App() { return *app_; }
     MainWindow& Window() { return *app_->Window(); }
     Player& Core() { return app_->GetPlayer(); }
 
@@ -58,6 +52,8 @@ private:
 };
 
 // Waits, running the event loop, until the condition holds; false on time-out.
-bool WaitUntil(const std::function<bool()>& condition, int milliseconds = 10000);
+inline bool WaitUntil(const std::function<bool()>& condition, int milliseconds = 10000) {
+    return QTest::qWaitFor(condition, milliseconds);
+}
 
 }  // namespace verdin::test
