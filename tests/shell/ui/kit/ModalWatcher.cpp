@@ -25,7 +25,8 @@ void ModalWatcher::Tick() {
         else box->reject();
         return;
     }
-    if (answer_ && answer_(*modal)) dialogs_.push_back(modal->windowTitle());
+    const QString title = modal->windowTitle();
+    if (answer_ ? answer_(*modal) : modal->close()) dialogs_.push_back(title);
 }
 
 ModalWatcher::Answer ChooseFiles(const QStringList& files) {

@@ -12,8 +12,8 @@ namespace verdin::test {
 class ModalWatcher {
 public:
     // answer: what to do with a modal window other than a message box; it returns false
-    // to leave the window open (it is offered again on the next tick). Message boxes are
-    // answered with the first of button, OK.
+    // to leave the window open (it is offered again on the next tick). Without an answer
+    // such a window is closed. Message boxes are answered with the first of button, OK.
     using Answer = std::function<bool(QWidget& modal)>;
     explicit ModalWatcher(Answer answer = {}, QMessageBox::StandardButton button = QMessageBox::Yes);
 
