@@ -3,8 +3,6 @@
 // the presets, track properties and writing a tag, random entries, and find.
 #include "WindowKit.h"
 
-#include "ModalWatcher.h"
-
 #include "engine/stream/Stream.h"
 #include "playlist/RandomEntry.h"
 #include "playlist/TrackItem.h"
