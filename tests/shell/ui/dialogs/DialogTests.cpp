@@ -452,7 +452,8 @@ private slots:
         s.player.AddRandomEntry(-1, "(FILEBODY = \"none\")");
         QString general;
         {
-            // (Playing an entry that picks nothing, the window may warn that the volume cannot be changed.)
+            // (Playing an entry that picks nothing, the window may also warn that the volume
+            // cannot be changed.)
             ModalWatcher watcher(Close([&](QWidget& modal) { general = static_cast<TrackPropertiesDialog&>(modal).GeneralText(); }));
             ShowEvaluatedTrackProperties(s.owner, s.player, 0);
             for (int row : {0, 1}) {
@@ -462,7 +463,8 @@ private slots:
             }
             QCOMPARE(watcher.Dialogs(), QStringList{"Track Properties"});
             QCOMPARE(watcher.Boxes().value(0), QStringLiteral("Verdin: This random entry has not picked a track yet."));
-            QCOMPARE(watcher.Boxes().last(), QStringLiteral("Verdin: No track of the sample space matches this random entry."));
+            QVERIFY2(watcher.Boxes().contains(QStringLiteral("Verdin: No track of the sample space matches this random entry.")),
+                     qPrintable(watcher.Boxes().join(QLatin1String(" | "))));
         }
         QVERIFY2(general.startsWith(QString::fromStdString(s.home.Path("music/three.wav") + "\n\n")), qPrintable(general));
         QVERIFY(general.contains(QStringLiteral("\n\n0:03.00\n\n")));
