@@ -5,6 +5,10 @@
 
 #include "PcmFixtures.h"
 
+#include <QAbstractButton>
+#include <QApplication>
+#include <QFileDialog>
+#include <QLineEdit>
 #include <QSettings>
 #include <QTest>
 #include <sys/stat.h>
@@ -35,20 +39,20 @@ void WindowHome::Seed(const std::function<void(Settings&)>& change) {
     SetDefaults(settings, Environment(dir_));
     settings.inputPluginsSearchPath = std::string(VERDIN_TEST_PLUGIN_DIR) + ";";
     settings.dspPluginsSearchPath = settings.inputPluginsSearchPath;
-    settings.sampleSpaceSearchPath = MusicDirectory() + ";";
-    settings.initialDirectory = MusicDirectory();
-    UseNullSoundCard(settings);
+    settings.sampleSpaceSearchPath = dir_.file("music") + ";";
+    settings.initialDirectory = dir_.file("music");
+    settings.outputType = 0;
+    const auto devices = ListAlsaDevices();
+    for (size_t i = 0; i < devices.size(); ++i)
+        if (devices[i].name == "null") settings.waveOutDevice = static_cast<int32_t>(i) - 1;
+    settings.bufferPrefill = 10;
     if (change) change(settings);
-    auto store = OpenUserSettingsStore();
-    QSettingsStorage storage(*store);
-    QVERIFY(SaveSettings(settings, storage, Environment(dir_)));
+    QVERIFY(SaveUserSettings(settings, Environment(dir_)));
 }
 
 Settings WindowHome::Saved() const {
     Settings settings;
-    auto store = OpenUserSettingsStore();
-    QSettingsStorage storage(*store);
-    LoadSettings(settings, storage, Environment(dir_));
+    LoadUserSettings(settings, Environment(dir_));
     return settings;
 }
 
@@ -57,14 +61,6 @@ std::string WindowHome::Tone(const std::string& name, double seconds, double fre
     const int frames = static_cast<int>(seconds * 44100);
     WriteWav(path, 2, 44100, 16, Bytes16(Sine16(frames, 2, 44100, {frequency}, 0.4)));
     return path;
-}
-
-void UseNullSoundCard(Settings& settings) {
-    settings.outputType = 0;
-    const auto devices = ListAlsaDevices();
-    for (size_t i = 0; i < devices.size(); ++i)
-        if (devices[i].name == "null") settings.waveOutDevice = static_cast<int32_t>(i) - 1;
-    settings.bufferPrefill = 10;
 }
 
 WindowRun::WindowRun(const std::string& commandText) {
@@ -78,10 +74,68 @@ WindowRun::WindowRun(const std::string& commandText) {
     QVERIFY(QTest::qWaitForWindowActive(app_->Window()));
 }
 
-WindowRun::~WindowRun() { app_.reset(); }
+ModalWatcher::ModalWatcher(Answer answer, QMessageBox::StandardButton button)
+    : answer_(std::move(answer)), button_(button) {
+    timer_.setInterval(10);
+    QObject::connect(&timer_, &QTimer::timeout, [this] { Tick(); });
+    timer_.start();
+}
 
-bool WaitUntil(const std::function<bool()>& condition, int milliseconds) {
-    return QTest::qWaitFor(condition, milliseconds);
+void ModalWatcher::Tick() {
+    QWidget* modal = QApplication::activeModalWidget();
+    if (!modal) return;
+    if (auto* box = qobject_cast<QMessageBox*>(modal)) {
+        boxes_.push_back(box->windowTitle() + QStringLiteral(": ") + box->text());
+        QAbstractButton* button = box->button(button_);
+        if (!button) button = box->button(QMessageBox::Ok);
+        if (button) button->click();
+        else box->reject();
+        return;
+    }
+    const QString title = modal->windowTitle();
+    if (answer_ ? answer_(*modal) : modal->close()) dialogs_.push_back(title);
+}
+
+ModalWatcher::Answer ChooseFiles(const QStringList& files) {
+    return [files](QWidget& modal) {
+        auto* dialog = qobject_cast<QFileDialog*>(&modal);
+        if (!dialog) return false;
+        if (files.isEmpty()) {
+            dialog->reject();
+            return true;
+        }
+        // Typed into the file name field, as a user would: selectFile() leaves the field
+        // alone once it has the focus.
+        auto* name = dialog->findChild<QLineEdit*>(QStringLiteral("fileNameEdit"));
+        if (!name) return false;
+        if (dialog->fileMode() == QFileDialog::Directory) {
+            dialog->setDirectory(files.front());
+            name->setText(files.front());
+        } else {
+            QStringList quoted;
+            for (const QString& file : files) quoted.push_back(QLatin1Char('"') + file + QLatin1Char('"'));
+            name->setText(files.size() == 1 ? files.front() : quoted.join(QLatin1Char(' ')));
+        }
+        // The dialog's own accept checks the choice, as the OK button does.
+        static_cast<QDialog*>(dialog)->accept();
+        return true;
+    };
+}
+
+ModalWatcher::Answer TypeUrl(const QString& url) {
+    return Close([url](QWidget& dialog) {
+        if (auto* edit = dialog.findChild<QLineEdit*>()) edit->setText(url);
+    }, true);
+}
+
+ModalWatcher::Answer Close(const std::function<void(QWidget& dialog)>& act, bool accept) {
+    return [act, accept](QWidget& modal) {
+        auto* dialog = qobject_cast<QDialog*>(&modal);
+        if (!dialog || qobject_cast<QFileDialog*>(&modal)) return false;
+        if (act) act(modal);
+        dialog->done(accept ? QDialog::Accepted : QDialog::Rejected);
+        return true;
+    };
 }
 
 }  // namespace verdin::test

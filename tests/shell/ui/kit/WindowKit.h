@@ -1,6 +1,7 @@
 #pragma once
-// The windowed player in a test: a private home (settings file, user directory, music),
-// settings seeded before the player starts, and the player with its main window.
+// What the window and dialog tests share: a private home (settings file, user directory,
+// music) seeded before the player starts, the windowed player with its main window, and
+// the answering of the modal windows it opens.
 #include "settings/Settings.h"
 #include "shell/ui/MainWindow.h"
 #include "shell/ui/WindowHost.h"
@@ -8,6 +9,10 @@
 #include "TempDir.h"
 
 #include <QByteArray>
+#include <QMessageBox>
+#include <QStringList>
+#include <QTest>
+#include <QTimer>
 #include <functional>
 #include <memory>
 #include <string>
@@ -23,33 +28,26 @@ public:
     WindowHome& operator=(const WindowHome&) = delete;
 
     // Writes the settings file: the defaults, the test build's plug-ins, ALSA's null
-    // device as the sound card, then whatever change makes.
+    // device as the sound card (real time, nothing kept), then whatever change makes.
     void Seed(const std::function<void(Settings&)>& change = {});
     // The settings as the player last saved them.
     Settings Saved() const;
     // A stereo 16-bit 44.1 kHz WAV tone in the home's music directory.
     std::string Tone(const std::string& name, double seconds, double frequency = 440) const;
     std::string Path(const std::string& name) const { return dir_.file(name); }
-    std::string MusicDirectory() const { return dir_.file("music"); }
-    std::string UserDirectory() const { return dir_.file("data/Brimfell/Verdin"); }
 
 private:
     TempDir dir_;
     QByteArray savedDataHome_;
 };
 
-// The null sound card: plays in real time, keeps nothing.
-void UseNullSoundCard(Settings& settings);
-
 class WindowRun {
 public:
     // Starts the windowed player (without the command server) with an optional command
-    // text, and shows its main window.
+    // text, and shows its main window. Destroyed, it quits: the teardown saves the
+    // playlist and the settings.
     explicit WindowRun(const std::string& commandText = {});
-    // Quits: the teardown saves the playlist and the settings.
-    ~WindowRun();
 
-    WindowApplication& App() { return *app_; }
     MainWindow& Window() { return *app_->Window(); }
     Player& Core() { return app_->GetPlayer(); }
 
@@ -58,6 +56,41 @@ private:
 };
 
 // Waits, running the event loop, until the condition holds; false on time-out.
-bool WaitUntil(const std::function<bool()>& condition, int milliseconds = 10000);
+inline bool WaitUntil(const std::function<bool()>& condition, int milliseconds = 10000) {
+    return QTest::qWaitFor(condition, milliseconds);
+}
+
+// Answers the modal windows that open while it lives (message boxes, file choosers, the
+// URL prompt, the dialogs) as a user would, from a timer, and remembers what they said.
+class ModalWatcher {
+public:
+    // answer: what to do with a modal window other than a message box; it returns false
+    // to leave the window open (it is offered again on the next tick). Without an answer
+    // such a window is closed. Message boxes are answered with the first of button, OK.
+    using Answer = std::function<bool(QWidget& modal)>;
+    explicit ModalWatcher(Answer answer = {}, QMessageBox::StandardButton button = QMessageBox::Yes);
+
+    // Title and text of each message box answered, as "title: text".
+    const QStringList& Boxes() const { return boxes_; }
+    // Window titles of the other modal windows answered.
+    const QStringList& Dialogs() const { return dialogs_; }
+
+private:
+    void Tick();
+
+    Answer answer_;
+    QMessageBox::StandardButton button_;
+    QTimer timer_;
+    QStringList boxes_;
+    QStringList dialogs_;
+};
+
+// Answers for the toolkit's file dialog: choose these files (or this directory) and
+// accept; an empty list cancels.
+ModalWatcher::Answer ChooseFiles(const QStringList& files);
+// The URL prompt: type the address and accept.
+ModalWatcher::Answer TypeUrl(const QString& url);
+// A dialog other than a file dialog: act on it, then accept or reject.
+ModalWatcher::Answer Close(const std::function<void(QWidget& dialog)>& act = {}, bool accept = false);
 
 }  // namespace verdin::test

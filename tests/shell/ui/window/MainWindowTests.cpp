@@ -2,8 +2,6 @@
 // layout rules, drops and dialogs, against the state of the player underneath.
 #include "WindowKit.h"
 
-#include "ModalWatcher.h"
-
 #include "Files.h"
 #include "playlist/Playlist.h"
 #include "playlist/TrackItem.h"

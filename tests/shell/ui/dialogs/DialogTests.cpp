@@ -1,0 +1,512 @@
+// The dialogs on the windowed player, driven as a user drives them: the options pages
+// into the settings and back, the DSP list and the equalizer heard on a playing stream,
+// the presets, track properties and writing a tag, random entries, and find.
+#include "WindowKit.h"
+
+#include "engine/stream/Stream.h"
+#include "playlist/RandomEntry.h"
+#include "playlist/TrackItem.h"
+#include "shell/ui/dialogs/Dialogs.h"
+#include "shell/ui/dialogs/equalizer/BandSlider.h"
+#include "shell/ui/dialogs/equalizer/EqualizerDialog.h"
+#include "shell/ui/dialogs/find/FindDialog.h"
+#include "shell/ui/dialogs/options/OptionWidgets.h"
+#include "shell/ui/dialogs/options/OptionsDialog.h"
+#include "shell/ui/dialogs/options/OutputPage.h"
+#include "shell/ui/dialogs/options/PluginPages.h"
+#include "shell/ui/dialogs/properties/GeneralPageText.h"
+#include "shell/ui/dialogs/properties/RandomEntryDialog.h"
+#include "shell/ui/dialogs/properties/TagPage.h"
+#include "shell/ui/dialogs/properties/TrackPropertiesDialog.h"
+#include "tags/FrameValues.h"
+#include "tags/TagReader.h"
+
+#include "Files.h"
+#include "Process.h"
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QDoubleSpinBox>
+#include <QImage>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QMenu>
+#include <QPushButton>
+#include <QSlider>
+#include <QSpinBox>
+#include <QTest>
+#include <QTreeWidget>
+#include <filesystem>
+#include <sys/stat.h>
+#include <variant>
+
+using namespace verdin;
+using namespace verdin::test;
+
+namespace {
+
+// The windowed player on a private home seeded with change; the dialogs get its player
+// and its main window as their owner. Tracks are read as they are added, so that a
+// dialog finds what the window's workers would have read by then.
+struct Started {
+    explicit Started(const std::function<void(Settings&)>& change = {}) : seeded((home.Seed(change), true)) {
+        player.SetDeferredRetrieval(false);
+    }
+    WindowHome home;
+    bool seeded;
+    WindowRun run;
+    Player& player = run.Core();
+    QWidget* owner = &run.Window();
+};
+
+const TrackRecord& Track(const Player& player, int row) {
+    return static_cast<const TrackItem*>(player.List().ItemAtRow(row).item)->Track();
+}
+
+QStringList Texts(const QListWidget* list) {
+    QStringList texts;
+    for (int i = 0; i < list->count(); ++i) texts << list->item(i)->text();
+    return texts;
+}
+
+void Click(const QWidget& parent, const char* button) {
+    QTest::mouseClick(parent.findChild<QPushButton*>(QLatin1String(button)), Qt::LeftButton);
+}
+
+// The action of a menu or its submenus with this text.
+QAction* FindAction(const QMenu* menu, const QString& text) {
+    for (QAction* action : menu->findChildren<QAction*>())
+        if (action->text() == text) return action;
+    return nullptr;
+}
+
+// The loudest waveform value heard now.
+int32_t Loudness(Player& player) {
+    player.TakeAnalyzerSnapshot();
+    int32_t loudest = 0;
+    for (int channel = 0; channel < 2; ++channel)
+        for (int i = 0; i < 576; ++i)
+            loudest = std::max(loudest, std::abs(player.CurrentStream()->GetWaveformValue(channel, i) >> 16));
+    return loudest;
+}
+
+// Waits until what the stream makes from now on is heard: the frames written by now, a
+// block it may have made already and holds until there is room (up to its work buffer of
+// 25,602 frames), and the equalizer's delay.
+bool WaitUntilHeard(const Player& player) {
+    const Stream* stream = player.CurrentStream();
+    const int64_t target = stream->FramesWritten() + 25602 + 512;
+    return WaitUntil([&] { return int64_t{stream->PlayedMilliseconds()} * 44100 / 1000 >= target; });
+}
+
+using Bands = std::array<int32_t, 16>;
+
+// The options pages: a settings field, a control by its object name (the field's name) or
+// a button by its text, what the control shows and setting it (value invalid: read only).
+using Field = std::variant<int32_t Settings::*, std::string Settings::*>;
+
+QVariant Stored(const Settings& s, const Field& field) {
+    if (auto* number = std::get_if<int32_t Settings::*>(&field)) return s.**number;
+    return QString::fromStdString(s.*std::get<std::string Settings::*>(field));
+}
+
+QWidget* Control(const QWidget& dialog, const QString& key) {
+    if (auto* named = dialog.findChild<QWidget*>(key)) return named;
+    for (auto* button : dialog.findChildren<QAbstractButton*>())
+        if (button->text() == key) return button;
+    qFatal("no control %s", qPrintable(key));
+}
+
+QVariant Shown(QWidget* control, const QVariant& value = {}) {
+    const bool set = value.isValid();
+    if (auto* edit = qobject_cast<QLineEdit*>(control)) return set ? edit->setText(value.toString()), value : edit->text();
+    if (auto* spin = qobject_cast<QSpinBox*>(control)) return set ? spin->setValue(value.toInt()), value : spin->value();
+    if (auto* box = qobject_cast<QDoubleSpinBox*>(control)) return set ? box->setValue(value.toDouble()), value : box->value();
+    if (auto* slider = qobject_cast<LabelledSlider*>(control)) return set ? slider->SetValue(value.toInt()), value : slider->Value();
+    if (auto* combo = qobject_cast<QComboBox*>(control))
+        return set ? combo->setCurrentIndex(combo->findText(value.toString())), value : combo->currentText();
+    auto* button = qobject_cast<QAbstractButton*>(control);
+    return set ? button->setChecked(value.toBool()), value : button->isChecked();
+}
+
+void ListDevices(const OptionsDialog& dialog) {
+    dialog.PageOf<OutputPage>()->FillDeviceLists({{"default", "Default"}, {"null", "Null"}, {"hw:1", "Card"}},
+                                                  {{"sink0", "Speakers"}, {"sink1", "Headphones"}});
+}
+
+}  // namespace
+
+class DialogTests : public QObject {
+    Q_OBJECT
+private slots:
+    void optionsApplyIntoTheSettingsAndShowThemAgainUntilReset() {
+        Started s([](Settings& odd) {
+            odd.bufferSize = 512001;  // not a whole number of kilobytes
+            odd.pauseBetweenTracks = 1234;
+            odd.playerThreadPriority = 7;  // a step the list does not name
+            odd.rebarBitmapIntensity = 250;
+            odd.vdpHistory = -3;
+            odd.customizedCaption = 5;  // any non-zero value is "on"
+            odd.waveOutDevice = 5;      // a card that has gone
+            odd.outputType = 7;
+        });
+        // Opening and applying changes nothing, even where the stored numbers are not what
+        // the controls would make of them.
+        const std::string file = s.home.Path("config/Brimfell/Verdin.conf"), before = ReadFile(file);
+        OptionsDialog dialog(s.owner, s.player);
+        ListDevices(dialog);
+        QVERIFY(dialog.Apply());
+        QCOMPARE(ReadFile(file), before);
+
+        // Each row: a control, what it is set to, and the settings field that stores it.
+        const struct {
+            const char* control;
+            QVariant input;
+            Field field;
+            QVariant stored;
+        } rows[] = {
+            {"Do not read ID3 tags", true, &Settings::ignoreID3Tags, 1},
+            {"bufferSize", 300, &Settings::bufferSize, 300 * 1024},
+            {"bufferPrefill", 40, &Settings::bufferPrefill, 40},
+            {"playerThreadPriority", "Above normal", &Settings::playerThreadPriority, 1},
+            {"processPriorityClass", "Normal", &Settings::processPriorityClass, 32},
+            {"Silent pause of", true, &Settings::pauseBetweenTracks, 1500},
+            {"pauseBetweenTracks", 1.5, &Settings::pauseBetweenTracks, 1500},
+            {"crossfadeLength", 4.0, &Settings::crossfadeLength, 4000},
+            {"Skip silence in the end of a track (only within buffer)", true, &Settings::skipSilenceInTheEnd, 1},
+            {"silenceLevel", -60, &Settings::silenceLevel, -60},
+            {"PulseAudio", true, &Settings::outputType, 2},
+            {"waveOutDevice", "Card (hw:1)", &Settings::waveOutDevice, 1},  // list entry 2; "default" is -1
+            {"directSoundDevice", "Headphones (sink1)", &Settings::directSoundDevice, 1},
+            {"directSoundCooperativeLevel", "Exclusive", &Settings::directSoundCooperativeLevel, 3},
+            {"decodeDirectory", "/tmp/decoded", &Settings::decodeDirectory, "/tmp/decoded"},
+            {"URLs when added to the playlist", true, &Settings::skipInfoForURL, 1},
+            {"sampleSpaceSearchPath", "/music/a;", &Settings::sampleSpaceSearchPath, "/music/a;"},
+            {"vdpHistory", 7, &Settings::vdpHistory, 7},
+            {"statusStringTemplate", "%time% of %dur%", &Settings::statusStringTemplate, "%time% of %dur%"},
+            {"inputPluginsSearchPath", "/plugins/in;", &Settings::inputPluginsSearchPath, "/plugins/in;"},
+            {"Use a proxy server", true, &Settings::useProxy, 1},
+            {"proxyURL", "http://proxy:3128", &Settings::proxyURL, "http://proxy:3128"},
+            {"Keep the main window on top", true, &Settings::normalWindowAlwaysOnTop, 1},
+            {"rebarBitmap", "/pictures/back.bmp", &Settings::rebarBitmap, "/pictures/back.bmp"},
+        };
+        for (const auto& row : rows) {
+            QVERIFY2(Stored(s.player.GetSettings(), row.field) != row.stored, row.control);
+            Shown(Control(dialog, QLatin1String(row.control)), row.input);
+        }
+        QVERIFY(dialog.Apply());
+        const Settings saved = s.home.Saved();
+        OptionsDialog again(s.owner, s.player);
+        ListDevices(again);
+        for (const auto& row : rows) {
+            QCOMPARE(Stored(saved, row.field), row.stored);
+            QCOMPARE(Shown(Control(again, QLatin1String(row.control))), row.input);
+        }
+
+        // "Reset All Options" asks first: No keeps everything, Yes restores the defaults.
+        for (auto answer : {QMessageBox::No, QMessageBox::Yes}) {
+            ModalWatcher watcher({}, answer);
+            s.player.Execute(Action::kResetOptions);
+            QCOMPARE(watcher.Boxes(), QStringList{QStringLiteral(
+                                          "Verdin: Do you really want to reset all options (including window positions and such)?")});
+            QCOMPARE(s.home.Saved().bufferSize, answer == QMessageBox::No ? 300 * 1024 : 512000);
+        }
+        QCOMPARE(Shown(Control(OptionsDialog(s.owner, s.player), "bufferSize")), QVariant(500));
+    }
+
+    // A tone plays on the null sound card. Two modules of the bundled DSP library in the
+    // active list, in the order chosen, reach it: the voice remover cancels a tone the same
+    // in both channels, the stereo widener leaves it alone; a search path without the
+    // library keeps the entry, marked. The equalizer's link button links the track to a
+    // preset once; its sliders reach the stream at once and Cancel gives it the stored
+    // values back; OK stores and saves what the dialog shows (a slider's top is +10 dB), and
+    // a new dialog shows it.
+    void theDspListAndTheEqualizerAreHeardOnAPlayingStream() {
+        Started s([](Settings& settings) { settings.bufferSize = 102400; });
+        s.player.AddPaths({s.home.Tone("playing.wav", 10)}, -1);
+        s.player.PlayRow(0);
+        QVERIFY(WaitUntil([&] { return s.player.CurrentStream() && s.player.CurrentStream()->PlayedMilliseconds() >= 200; }));
+        const int32_t heard = Loudness(s.player);
+        QVERIFY2(heard > 10000, "the tone is heard at about 0.4 of full scale");
+        const std::string library = std::string(VERDIN_TEST_PLUGIN_DIR) + "/DSP_Verdin.so";
+        OptionsDialog dialog(s.owner, s.player);
+        auto* dsp = dialog.PageOf<DspPage>();
+        const QStringList available = Texts(dsp->Available());
+        for (const char* module : {"Stereo widener", "Voice remover (centre cancel)"}) {
+            dsp->Available()->setCurrentRow(static_cast<int>(available.indexOf(QStringLiteral("Verdin DSP modules: ") + module)));
+            Click(*dsp, "add");
+        }
+        Click(*dsp, "moveUp");  // the voice remover is selected
+        QVERIFY(dialog.Apply());
+        QCOMPARE(s.player.GetSettings().dspPlugins, library + ",1;" + library + ",0;");
+        QVERIFY(WaitUntilHeard(s.player));
+        QCOMPARE(Loudness(s.player), 0);
+
+        dsp->Active()->setCurrentRow(0);
+        Click(*dsp, "remove");
+        QVERIFY(dialog.Apply());
+        QCOMPARE(s.player.GetSettings().dspPlugins, library + ",0;");
+        QVERIFY(WaitUntilHeard(s.player));
+        QVERIFY2(Loudness(s.player) > heard * 8 / 10, "heard again without the voice remover");
+        dsp->SearchPath()->SetText(QString::fromStdString(s.home.Path("music") + ";"));
+        Click(*dsp, "refresh");
+        QVERIFY(dialog.Apply());
+        QCOMPARE(s.player.GetSettings().dspPlugins, library + ",0;");
+        QCOMPARE(Texts(dsp->Active()), QStringList{QString::fromStdString(library + ",0 (not found)")});
+
+        const std::string path = s.player.LoadedTrack()->FullName();
+        EqualizerDialog equalizer(s.owner, s.player);
+        QCOMPARE(equalizer.LinkButton()->text(), QString::fromStdString("Add link for " + path));
+        equalizer.PresetList()->setCurrentRow(0);
+        Click(equalizer, "linkTrack");
+        Click(equalizer, "linkTrack");
+        QCOMPARE(s.player.GetSettings().presets.At(0).links, std::vector<std::string>{path});
+        equalizer.EnableBox()->setChecked(true);  // -10 dB on every band and of pre-amp: a tenth
+        for (int i = 0; i < 16; ++i) equalizer.Band(i)->SetGain(-10);
+        equalizer.PreAmp()->SetGain(-10);
+        QVERIFY(WaitUntilHeard(s.player));
+        const int32_t quieter = Loudness(s.player);
+        QVERIFY2(quieter < heard / 5 && quieter > heard / 20, qPrintable(QStringLiteral("%1 of %2").arg(quieter).arg(heard)));
+        equalizer.reject();
+        QVERIFY(WaitUntilHeard(s.player));
+        QVERIFY2(Loudness(s.player) > heard * 8 / 10, "Cancel gives the stream the stored values");
+        QCOMPARE(s.player.GetSettings().equalizerValues, (Bands{}));
+        QCOMPARE(s.player.GetSettings().equalize, 0);
+
+        EqualizerDialog ok(s.owner, s.player);
+        ok.EnableBox()->setChecked(true);
+        ok.LoudnessBox()->setChecked(true);
+        ok.Band(0)->SetPosition(13);
+        ok.Band(1)->Slider()->triggerAction(QAbstractSlider::SliderToMaximum);  // dragged by the user
+        ok.Band(2)->SetGain(42);
+        ok.PreAmp()->SetGain(-4);
+        ok.accept();
+        const Settings saved = s.home.Saved();
+        QCOMPARE(saved.equalizerValues, (Bands{-3, 10, 10}));
+        QCOMPARE(saved.preAmp, -4);
+        QCOMPARE(saved.equalize + saved.loudness + saved.usePresetLinks, 2);
+        EqualizerDialog again(s.owner, s.player);
+        QCOMPARE(again.Gains(), (Bands{-3, 10, 10}));
+        QVERIFY(again.EnableBox()->isChecked() && again.LoudnessBox()->isChecked() && !again.PresetLinksBox()->isChecked());
+    }
+
+    // Import appends a file's presets, Export writes the selected one (".eq" added), a link
+    // goes with its button; selecting moves the sliders; Save replaces the preset of the
+    // typed name by one without links; Default marks; Delete removes. All of it is saved.
+    void equalizerPresets() {
+        Started s;
+        const EqualizerPresetList& presets = s.player.GetSettings().presets;
+        WriteFile(s.home.Path("more.eq"), "[Rock]\nBand1=4\nLink1=/a.mp3\nLink2=/b.mp3\n");
+        EqualizerDialog dialog(s.owner, s.player);
+        {
+            ModalWatcher watcher(ChooseFiles({QString::fromStdString(s.home.Path("more.eq"))}));
+            dialog.ImportPresets();
+            QCOMPARE(watcher.Dialogs(), QStringList{"Import Equalizer Preset"});
+        }
+        QCOMPARE(Texts(dialog.PresetList()), (QStringList{"All zeroes", "Rock"}));  // the first made without a preset file
+        dialog.PresetList()->setCurrentRow(1);
+        QCOMPARE(dialog.Gains(), (Bands{4}));
+        {
+            ModalWatcher watcher(ChooseFiles({QString::fromStdString(s.home.Path("mine"))}));
+            dialog.ExportPreset();
+            QCOMPARE(watcher.Dialogs(), QStringList{"Export Equalizer Preset"});
+        }
+        EqualizerPresetList exported;
+        exported.LoadFile(s.home.Path("mine.eq"));
+        QCOMPARE(exported.Count(), size_t{1});
+        QCOMPARE(exported.At(0).links, (std::vector<std::string>{"/a.mp3", "/b.mp3"}));
+        dialog.LinkedTracks()->setCurrentRow(1);
+        dialog.DeleteLink();
+        QCOMPARE(presets.At(1).links, std::vector<std::string>{"/a.mp3"});
+
+        dialog.PresetList()->setCurrentRow(0);
+        QCOMPARE(dialog.Gains(), (Bands{}));
+        dialog.Band(3)->SetGain(-6);
+        dialog.PresetName()->setText(QStringLiteral("Rock"));
+        dialog.SavePreset();
+        QCOMPARE(presets.At(1).bands, (Bands{0, 0, 0, -6}));
+        QVERIFY(presets.At(1).links.empty());
+        dialog.SetDefaultPreset();  // the saved preset is selected
+        dialog.PresetList()->setCurrentRow(0);
+        dialog.DeletePreset();
+        QCOMPARE(dialog.LinkedTracksCaption(), QStringLiteral("Select preset"));
+        EqualizerPresetList saved;
+        saved.LoadFile(s.home.Path("data/Brimfell/Verdin/default.eq"));
+        QCOMPARE(saved.Count(), size_t{1});
+        QCOMPARE(saved.At(0).name + (saved.At(0).isDefault ? " (default)" : ""), std::string("Rock (default)"));
+    }
+
+    // Added with retrieval switched off: the question comes first; No opens nothing, Yes has
+    // the player read the track and opens the dialog on it. A file no module reads, and one
+    // gone since it was added: "Unknown file format.", and nothing opens.
+    void trackPropertiesAskToRetrieveOrSayUnknownFileFormat() {
+        Started s([](Settings& settings) { settings.skipInfoForAnyFile = 1; });
+        const std::string tone = s.home.Tone("a.wav", 0.5), noise = s.home.Path("music/noise.xyz");
+        WriteFile(noise, "no module reads this");
+        s.player.AddPaths({tone, noise, s.home.Tone("gone.wav", 0.1)}, -1);
+        std::filesystem::remove(s.home.Path("music/gone.wav"));
+        const QString question = QStringLiteral("Verdin: Information for this track is not retrieved.\nDo you want to retrieve it now?");
+        {
+            ModalWatcher no({}, QMessageBox::No);
+            ShowTrackProperties(s.owner, s.player, 0);
+            QCOMPARE(no.Boxes(), QStringList{question});
+        }
+        QVERIFY(!Track(s.player, 0).InfoRetrieved());
+        QString general;
+        {
+            ModalWatcher yes(Close([&](QWidget& dialog) { general = static_cast<TrackPropertiesDialog&>(dialog).GeneralText(); }));
+            ShowTrackProperties(s.owner, s.player, 0);
+            QCOMPARE(yes.Dialogs(), QStringList{"Track Properties"});
+        }
+        // Half a second of 16-bit stereo: 88,200 data bytes behind a 44-byte header.
+        QCOMPARE(general, QString::fromStdString(tone + "\n\n88244 bytes\n\n0:00.50\n\n1411 kb/s\n\n44100 Hz\n\n"
+                                                        "16 bit stereo\n\n1 : 1.000\n\n"));
+        // What no WAV file shows: an hour, an average bit rate, no bit rate at all.
+        QCOMPARE(FormatPropertiesDuration(3723450), std::string("1:02:03.45"));
+        QCOMPARE(FormatPropertiesBitrate(-192000), std::string("192 kb/s (average)"));
+        QCOMPARE(FormatCompressionRatio(44100, 2, 16, 0), std::string("1 : -"));
+
+        ModalWatcher watcher;
+        ShowTrackProperties(s.owner, s.player, 1);
+        ShowTrackProperties(s.owner, s.player, 2);
+        QCOMPARE(watcher.Boxes(), (QStringList{question, "Verdin: Unknown file format.", question, "Verdin: Unknown file format."}));
+    }
+
+    // An MP3 tagged by lame: its picture saved as it is; a write that fails says why and
+    // keeps the edits; one that succeeds gives the file the edited frames, and the player
+    // reads the track again: its title follows.
+    void aTagWrittenFromThePropertiesIsReadBack() {
+        Started s;
+        const std::string png = s.home.Path("cover.png"), mp3 = s.home.Path("music/e.mp3");
+        QVERIFY(QImage(3, 2, QImage::Format_RGB32).save(QString::fromStdString(png), "PNG"));
+        const CommandResult lame = RunCommand(
+            {"lame", "--quiet", "--id3v2-only", "--tt", "Before", "--ta", "Someone", "--ti", png, s.home.Tone("e.wav", 1), mp3});
+        QVERIFY2(lame.exitCode == 0, lame.output.c_str());
+        s.player.AddPaths({mp3}, -1);
+        QCOMPARE(s.player.TrackTitle(Track(s.player, 0)), std::string("Someone - Before"));
+        TrackPropertiesDialog dialog(s.owner, s.player, 0, Track(s.player, 0));
+        auto* frames = dialog.Tags()->findChild<QTreeWidget*>(QStringLiteral("frames"));
+        frames->setCurrentItem(frames->findItems(QStringLiteral("PICTURE"), Qt::MatchExactly).value(0));
+        {
+            ModalWatcher watcher(ChooseFiles({QString::fromStdString(s.home.Path("saved.png"))}));
+            Click(*dialog.Tags(), "saveAttachment");
+            QCOMPARE(watcher.Dialogs(), QStringList{"Save Attachment As"});
+        }
+        QCOMPARE(ReadFile(s.home.Path("saved.png")), ReadFile(png));
+        dialog.Tags()->EditorOf(FrameId::Title)->setText(QStringLiteral("After"));
+        dialog.Tags()->EditorOf(FrameId::Album)->setText(QStringLiteral("New album"));
+        QCOMPARE(::chmod(mp3.c_str(), 0444), 0);
+        const std::string before = ReadFile(mp3);
+        {
+            ModalWatcher watcher;
+            Click(*dialog.Tags(), "writeTag");
+            QCOMPARE(watcher.Boxes(), QStringList{"Verdin: The tag could not be written:\nThe file is read-only"});
+        }
+        QCOMPARE(ReadFile(mp3), before);
+        QCOMPARE(dialog.Tags()->EditorOf(FrameId::Title)->text(), QStringLiteral("After"));
+
+        QCOMPARE(::chmod(mp3.c_str(), 0644), 0);
+        Click(*dialog.Tags(), "writeTag");
+        TrackTag onDisk;
+        ReadTrackTag(mp3, {}, onDisk);
+        QCOMPARE(FrameStringValue(onDisk, FrameId::Album), std::string("New album"));
+        QCOMPARE(s.player.TrackTitle(Track(s.player, 0)), std::string("Someone - After"));
+    }
+
+    // A sample space of one.wav, two.wav and three.wav (1, 2 and 3 seconds). The dialog counts
+    // the matching tracks as the expression is typed, and puts variables and a chosen folder
+    // in at the caret. An entry shows the track it picked last, or says why there is none;
+    // editing it through its row picks anew, cancelling keeps the pick.
+    void randomEntriesPreviewInsertEvaluateAndEdit() {
+        Started s;
+        QCOMPARE(RandomEntryDialog(s.owner, s.player, "(DURATION > 1)").PreviewText(),
+                 QStringLiteral("The sample space has not been created yet."));
+        for (const auto& [name, seconds] : {std::pair{"one", 1.0}, {"two", 2.0}, {"three", 3.0}})
+            s.home.Tone(std::string(name) + ".wav", seconds);
+        s.player.Execute(Action::kRecreateSampleSpace);
+
+        RandomEntryDialog dialog(s.owner, s.player, "(DURATION > 1)");
+        QCOMPARE(dialog.PreviewText(), QStringLiteral("2 of 3 tracks of the sample space match."));
+        QLineEdit* field = dialog.ExpressionField();
+        field->setText(QStringLiteral("(FILEBODY = \"nothing\")"));
+        QTRY_COMPARE(dialog.PreviewText(), QStringLiteral("0 of 3 tracks of the sample space match."));
+        field->setText(QStringLiteral("(FILEBODY ~ \"ONE\") | (DURATION > 2)"));
+        QTRY_COMPARE(dialog.PreviewText(), QStringLiteral("2 of 3 tracks of the sample space match."));
+
+        field->setText(QStringLiteral("( < 300) && (YEAR < 1970) && (FILEPATH ~ \"\")"));
+        field->setCursorPosition(1);
+        FindAction(dialog.IntegerMenu(), QStringLiteral("DURATION\tTrack duration (in seconds)"))->trigger();
+        QCOMPARE(field->cursorPosition(), 9);
+        field->setSelection(21, 4);  // YEAR
+        FindAction(dialog.StringMenu(), QStringLiteral("FILEBODY\tFile body"))->trigger();
+        field->setCursorPosition(field->text().size() - 2);  // between the quotes
+        {
+            ModalWatcher watcher(ChooseFiles({QString::fromStdString(s.home.Path("music"))}));
+            dialog.InsertPath();
+            QCOMPARE(watcher.Dialogs(), QStringList{"Select path to insert"});
+        }
+        QCOMPARE(dialog.Expression(),
+                 "(DURATION < 300) && (FILEBODY < 1970) && (FILEPATH ~ \"" + s.home.Path("music") + "\")");
+
+        s.player.AddRandomEntry(-1, "(FILEBODY = \"three\")");
+        s.player.AddRandomEntry(-1, "(FILEBODY = \"none\")");
+        QString general;
+        {
+            // (Playing an entry that picks nothing, the window may also warn that the volume
+            // cannot be changed.)
+            ModalWatcher watcher(Close([&](QWidget& modal) { general = static_cast<TrackPropertiesDialog&>(modal).GeneralText(); }));
+            ShowEvaluatedTrackProperties(s.owner, s.player, 0);
+            for (int row : {0, 1}) {
+                s.player.PlayRow(row);
+                s.player.Execute(Action::kStop);
+                ShowEvaluatedTrackProperties(s.owner, s.player, row);
+            }
+            QCOMPARE(watcher.Dialogs(), QStringList{"Track Properties"});
+            QCOMPARE(watcher.Boxes().value(0), QStringLiteral("Verdin: This random entry has not picked a track yet."));
+            QVERIFY2(watcher.Boxes().contains(QStringLiteral("Verdin: No track of the sample space matches this random entry.")),
+                     qPrintable(watcher.Boxes().join(QLatin1String(" | "))));
+        }
+        QVERIFY2(general.startsWith(QString::fromStdString(s.home.Path("music/three.wav") + "\n\n")), qPrintable(general));
+        QVERIFY(general.contains(QStringLiteral("\n\n0:03.00\n\n")));
+        const auto entry = [&](int row) { return static_cast<const RandomEntry*>(s.player.List().ItemAtRow(row).item); };
+        for (bool accept : {false, true}) {
+            ModalWatcher watcher(Close([](QWidget& modal) {
+                modal.findChild<QLineEdit*>(QStringLiteral("expression"))->setText(QStringLiteral("(DURATION < 60)"));
+            }, accept));
+            ShowTrackProperties(s.owner, s.player, 1);
+            QCOMPARE(watcher.Dialogs(), QStringList{"Random Entry Properties"});
+            QCOMPARE(entry(1)->Expression(), std::string(accept ? "(DURATION < 60)" : "(FILEBODY = \"none\")"));
+            QCOMPARE(entry(1)->Picked(), !accept);
+        }
+    }
+
+    // Tracks without tags are titled by their file body. The dialog opens on the last search
+    // and the request keeps what it was given: a case-sensitive "JAZZ" matches nothing, the
+    // same without case the row after the focus; a cancelled dialog searches nothing.
+    void findAsksWithTheLastSearchAndMatchesCase() {
+        Started s;
+        s.player.AddPaths({s.home.Tone("Blues for two.wav", 0.1), s.home.Tone("Acid jazz.wav", 0.1),
+                           s.home.Tone("Cool jazz.wav", 0.1)},
+                          -1);
+        FindRequest last{"old", true};
+        QString shown;
+        {
+            ModalWatcher watcher(Close([&](QWidget& modal) {
+                auto& dialog = static_cast<FindDialog&>(modal);
+                shown = dialog.TextField()->text() + (dialog.CaseSensitiveBox()->isChecked() ? "/case" : "");
+                dialog.TextField()->setText(QStringLiteral("JAZZ"));
+            }, true));
+            QCOMPARE(FindInPlaylist(s.owner, s.player, last, true, -1), -1);
+            QCOMPARE(watcher.Boxes(), QStringList{"Verdin: Cannot find the string \"JAZZ\"."});
+        }
+        QCOMPARE(shown, QStringLiteral("old/case"));
+        last.caseSensitive = false;
+        QCOMPARE(FindInPlaylist(s.owner, s.player, last, false, 1), 2);
+        ModalWatcher cancel(Close());
+        QCOMPARE(FindInPlaylist(s.owner, s.player, last, true, -1), -1);
+        QVERIFY(cancel.Boxes().isEmpty());
+    }
+};
+
+QTEST_MAIN(DialogTests)
+#include "DialogTests.moc"
