@@ -1,6 +1,7 @@
 // The analyzer's bars and peaks, the oscilloscope's trace, and their cadence.
 #include "shell/ui/analyzer/ScopeDrawing.h"
 
+#include <algorithm>
 #include <gtest/gtest.h>
 
 namespace verdin {
@@ -61,7 +62,7 @@ TEST(PaintAnalyzer, ReadsEverySixthBinPerChannel) {
         for (int row = 0; row < kScopeHeight; ++row) EXPECT_EQ(PixelAt(pixels, x, row), 7u);
 }
 
-TEST(PaintAnalyzer, BarsFallARowAPaint) {
+TEST(PaintAnalyzer, BarsFallARowAPaintPeaksHoldThenFallFaster) {
     ScopePixels pixels{};
     AnalyzerHistory history;
     const ScopeColours colours = NumberedColours();
@@ -69,48 +70,25 @@ TEST(PaintAnalyzer, BarsFallARowAPaint) {
     auto source = [&](int, int) { return value; };
     PaintAnalyzer(pixels, colours, history, source);
     value = 0;
-    for (int expected = 14; expected >= 10; --expected) {
+    std::vector<int> heights, peaks;
+    for (int paint = 0; paint < 48; ++paint) {
         PaintAnalyzer(pixels, colours, history, source);
-        EXPECT_EQ(Height(pixels, 3), expected);
+        heights.push_back(Height(pixels, 3));
+        peaks.push_back(PeakRow(pixels, 0));
     }
-    // A rise is shown at once.
+    EXPECT_EQ(std::vector<int>(heights.begin(), heights.begin() + 5), (std::vector<int>{14, 13, 12, 11, 10}));
+    // Raised to 15 (age 0): no fall while the age is at most 25, a fall of 0 for ages
+    // 26..32, then (age - 25) >> 3 = 1 a paint for ages 33..40, then 2; below the bottom
+    // line it meets the silence and rests on row 0.
+    EXPECT_EQ(std::count(peaks.begin(), peaks.begin() + 33, 15), 33);
+    EXPECT_EQ(std::vector<int>(peaks.begin() + 33, peaks.begin() + 45), (std::vector<int>{14, 13, 12, 11, 10, 9, 8, 7, 5, 3, 1, 0}));
+    EXPECT_EQ(peaks.back(), 0);
+    // A rise is shown at once; without a track only the background is painted.
     value = 200;
     PaintAnalyzer(pixels, colours, history, source);
     EXPECT_EQ(Height(pixels, 3), 12);
-}
-
-TEST(PaintAnalyzer, PeakHoldsThenFallsFaster) {
-    ScopePixels pixels{};
-    AnalyzerHistory history;
-    const ScopeColours colours = NumberedColours();
-    int32_t value = 255;
-    auto source = [&](int, int) { return value; };
-    PaintAnalyzer(pixels, colours, history, source);
-    value = 0;
-    std::vector<int> rows;
-    for (int paint = 0; paint < 48; ++paint) {
-        PaintAnalyzer(pixels, colours, history, source);
-        rows.push_back(PeakRow(pixels, 0));
-    }
-    // Raised to 15 (age 0): no fall while the age is at most 25, a fall of 0 for ages
-    // 26..32, then (age - 25) >> 3 = 1 a paint for ages 33..40, then 2.
-    for (int i = 0; i < 33; ++i) EXPECT_EQ(rows[static_cast<size_t>(i)], 15) << i;
-    EXPECT_EQ(rows[33], 14);
-    EXPECT_EQ(rows[40], 7);
-    EXPECT_EQ(rows[41], 5);
-    EXPECT_EQ(rows[42], 3);
-    EXPECT_EQ(rows[43], 1);
-    // Falling below the bottom line, it meets the silence (0) and rests on row 0 again.
-    EXPECT_EQ(rows[44], 0);
-    EXPECT_EQ(rows[47], 0);
-}
-
-TEST(PaintAnalyzer, NoTrackPaintsTheBackground) {
-    ScopePixels pixels{};
-    pixels.fill(99);
-    AnalyzerHistory history;
-    PaintAnalyzer(pixels, NumberedColours(), history, nullptr);
-    for (uint32_t pixel : pixels) EXPECT_EQ(pixel, 7u);
+    PaintAnalyzer(pixels, colours, history, nullptr);
+    EXPECT_EQ(std::count(pixels.begin(), pixels.end(), 7u), static_cast<long>(pixels.size()));
 }
 
 TEST(PaintOscilloscope, TraceRowsAndShades) {
