@@ -1,6 +1,7 @@
 #include "Playlist.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace verdin {
 
@@ -138,7 +139,7 @@ int Playlist::PlayableCount() const {
     return playable_;
 }
 
-RowRef Playlist::ItemAtRow(int row) const {
+ConstRowRef Playlist::ItemAtRow(int row) const {
     const Playlist* p = this;
     for (;;) {
         p->EnsureRows();
@@ -147,11 +148,17 @@ RowRef Playlist::ItemAtRow(int row) const {
         const auto it = std::upper_bound(p->rowStart_.begin(), p->rowStart_.end() - 1, row) - 1;
         const auto index = static_cast<size_t>(it - p->rowStart_.begin());
         const int offset = row - *it;
-        PlaylistItem* item = p->items_[index].get();
-        if (offset == 0) return RowRef{item, const_cast<Playlist*>(p), index};
+        const PlaylistItem* item = p->items_[index].get();
+        if (offset == 0) return ConstRowRef{item, p, index};
         p = static_cast<const Playlist*>(item);
         row = offset - 1;
     }
+}
+
+RowRef Playlist::ItemAtRow(int row) {
+    // The same walk; this tree is not const, so neither is what it holds.
+    const ConstRowRef ref = std::as_const(*this).ItemAtRow(row);
+    return RowRef{const_cast<PlaylistItem*>(ref.item), const_cast<Playlist*>(ref.holder), ref.index};
 }
 
 int Playlist::RowOf(const Playlist* holder, size_t index) const {
@@ -171,17 +178,17 @@ int Playlist::RowOf(const Playlist* holder, size_t index) const {
 }
 
 bool IsPlaylistRow(const Playlist& main, int row) {
-    const RowRef ref = main.ItemAtRow(row);
+    const ConstRowRef ref = main.ItemAtRow(row);
     return !ref || ref.item->Kind() == ItemKind::kPlaylist;
 }
 
 bool IsRandomEntryRow(const Playlist& main, int row) {
-    const RowRef ref = main.ItemAtRow(row);
+    const ConstRowRef ref = main.ItemAtRow(row);
     return ref && ref.item->Kind() == ItemKind::kRandomEntry;
 }
 
 bool IsPlayableRow(const Playlist& main, int row) {
-    const RowRef ref = main.ItemAtRow(row);
+    const ConstRowRef ref = main.ItemAtRow(row);
     return ref && ref.item->IsPlayable();
 }
 

@@ -21,13 +21,17 @@ namespace verdin {
 
 class Playlist;
 
-// What a row holds: the item, the playlist that holds it and its index there.
-struct RowRef {
-    PlaylistItem* item = nullptr;
-    Playlist* holder = nullptr;
+// What a row holds: the item, the playlist that holds it and its index there. A row of a
+// const tree gives const items.
+template <typename Item, typename Holder>
+struct BasicRowRef {
+    Item* item = nullptr;
+    Holder* holder = nullptr;
     size_t index = 0;
     explicit operator bool() const { return item != nullptr; }
 };
+using RowRef = BasicRowRef<PlaylistItem, Playlist>;
+using ConstRowRef = BasicRowRef<const PlaylistItem, const Playlist>;
 
 class Playlist final : public PlaylistItem {
 public:
@@ -45,13 +49,15 @@ public:
     std::string FileName() const { return name_.Full(); }
     void SetFileName(std::string_view fileName) { name_ = SplitTrackName(fileName); }
 
-    Playlist* Parent() const { return parent_; }
+    Playlist* Parent() { return parent_; }
+    const Playlist* Parent() const { return parent_; }
     bool Modified() const { return modified_; }
     void SetModified(bool modified) { modified_ = modified; }
 
     // Direct items.
     size_t ItemCount() const { return items_.size(); }
-    PlaylistItem* ItemAt(size_t index) const { return index < items_.size() ? items_[index].get() : nullptr; }
+    PlaylistItem* ItemAt(size_t index) { return index < items_.size() ? items_[index].get() : nullptr; }
+    const PlaylistItem* ItemAt(size_t index) const { return index < items_.size() ? items_[index].get() : nullptr; }
     void AppendItem(std::unique_ptr<PlaylistItem> item);
     // Inserts before the item at index (at the end when index is past it).
     void InsertItem(size_t index, std::unique_ptr<PlaylistItem> item);
@@ -79,7 +85,8 @@ public:
     int RowCount() const;
     // The item at a row of this playlist's subtree (rows counted from 0 at its first item);
     // empty for a row outside 0..RowCount()-1.
-    RowRef ItemAtRow(int row) const;
+    RowRef ItemAtRow(int row);
+    ConstRowRef ItemAtRow(int row) const;
     // The row of the item at index of holder within this subtree, or -1 when holder is
     // not in it.
     int RowOf(const Playlist* holder, size_t index) const;

@@ -14,7 +14,7 @@ namespace {
 
 // The distinct items at the given rows, in row order, leaving out items whose playlist is
 // among them too.
-std::vector<RowRef> OutermostItems(const Playlist& main, std::vector<int> rows) {
+std::vector<RowRef> OutermostItems(Playlist& main, std::vector<int> rows) {
     std::sort(rows.begin(), rows.end());
     rows.erase(std::unique(rows.begin(), rows.end()), rows.end());
     std::vector<RowRef> chosen;

@@ -43,7 +43,7 @@ int FindRow(const Playlist& main, int firstRow, std::string_view text, bool case
     const RowMatcher matcher(text, caseSensitive);
     for (int step = 0; step < rows; ++step) {
         const int row = (firstRow + step) % rows;
-        const RowRef ref = main.ItemAtRow(row);
+        const ConstRowRef ref = main.ItemAtRow(row);
         if (ref && matcher.Matches(*ref.item, titleOf)) return row;
     }
     return -1;

@@ -55,7 +55,7 @@ TitleState MakeTitleState(const Playlist& main, int currentRow, const TrackRecor
     state.trackLoaded = loadedTrack != nullptr;
     state.positionMs = loadedTrack ? positionMs : 0;
 
-    const RowRef row = main.ItemAtRow(currentRow);
+    const ConstRowRef row = main.ItemAtRow(currentRow);
     state.track = loadedTrack ? loadedTrack : TrackOfItem(row.item);
     if (row) {
         state.number = currentRow + 1;

@@ -78,7 +78,7 @@ RowCells CellsOfItem(const PlaylistItem& item, int number, const TrackTitleFunct
 }
 
 RowCells CellsOfRow(const Playlist& main, int row, const TrackTitleFunction& titleOf) {
-    const RowRef ref = main.ItemAtRow(row);
+    const ConstRowRef ref = main.ItemAtRow(row);
     return ref ? CellsOfItem(*ref.item, row + 1, titleOf) : RowCells{};
 }
 
@@ -99,7 +99,7 @@ std::string SelectionSummary(const Playlist& main, const std::vector<int>& selec
     uint32_t milliseconds = 0;
     std::vector<const Playlist*> chosen;
     for (int row : rows) {
-        const RowRef ref = main.ItemAtRow(row);
+        const ConstRowRef ref = main.ItemAtRow(row);
         if (!ref) continue;
         bool inside = false;
         for (const Playlist* p = ref.holder; p && !inside; p = p->Parent())

@@ -399,7 +399,7 @@ void MainWindow::CheckVolumeSupport() {
 }
 
 void MainWindow::ShowContextMenu(int row, const QPoint& globalPosition) {
-    const RowRef ref = player_.List().ItemAtRow(row);
+    const ConstRowRef ref = player_.List().ItemAtRow(row);
     QMenu* menu = menus_.generalContext;
     if (ref) {
         switch (ref.item->Kind()) {

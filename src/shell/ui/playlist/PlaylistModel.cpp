@@ -163,7 +163,7 @@ QVariant PlaylistModel::data(const QModelIndex& index, int role) const {
         case Qt::DecorationRole: {
             if (column != 0) return {};
             // Looked up in the tree as it is now: the row's item as last seen may be gone.
-            const RowRef ref = player_.List().ItemAtRow(TreeRow(row));
+            const ConstRowRef ref = player_.List().ItemAtRow(TreeRow(row));
             if (!ref) return {};
             return icons_[ref.item->Kind() == ItemKind::kPlaylist ? 0 : 1];
         }

@@ -78,7 +78,7 @@ void WindowCommands::Toggle(int32_t Settings::*setting) {
 }
 
 void WindowCommands::SaveSelectedPlaylist(int row) {
-    const RowRef ref = player_.List().ItemAtRow(row);
+    const ConstRowRef ref = player_.List().ItemAtRow(row);
     if (!ref || ref.item->Kind() != ItemKind::kPlaylist) return;
     std::string directory = player_.GetSettings().initialDirectory;
     const std::optional<PlaylistSaveChoice> choice = AskPlaylistFile(Owner(), directory);

@@ -36,7 +36,7 @@ const TrackRecord* EvaluatedTrackOf(QWidget* parent, const RandomEntry& entry) {
 }
 
 void ShowTrackProperties(QWidget* parent, Player& player, int row) {
-    const RowRef ref = player.List().ItemAtRow(row);
+    const ConstRowRef ref = player.List().ItemAtRow(row);
     if (!ref) return;
     if (ref.item->Kind() == ItemKind::kRandomEntry) {
         EditRandomEntry(parent, player, row);
@@ -56,7 +56,7 @@ std::optional<std::string> AskRandomExpression(QWidget* parent, const Player& pl
 }
 
 void EditRandomEntry(QWidget* parent, Player& player, int row) {
-    const RowRef ref = player.List().ItemAtRow(row);
+    const ConstRowRef ref = player.List().ItemAtRow(row);
     if (!ref || ref.item->Kind() != ItemKind::kRandomEntry) return;
     const std::optional<std::string> expression =
         AskRandomExpression(parent, player, static_cast<const RandomEntry*>(ref.item)->Expression());
@@ -64,7 +64,7 @@ void EditRandomEntry(QWidget* parent, Player& player, int row) {
 }
 
 void ShowEvaluatedTrackProperties(QWidget* parent, Player& player, int row) {
-    const RowRef ref = player.List().ItemAtRow(row);
+    const ConstRowRef ref = player.List().ItemAtRow(row);
     if (!ref || ref.item->Kind() != ItemKind::kRandomEntry) return;
     const TrackRecord* track = EvaluatedTrackOf(parent, *static_cast<const RandomEntry*>(ref.item));
     if (!track || !PrepareTrackForProperties(parent, player, row, *track)) return;
