@@ -1,5 +1,6 @@
 #include "CommandTable.h"
 
+#include <algorithm>
 #include <array>
 
 namespace verdin {
@@ -165,6 +166,11 @@ std::string_view ButtonToolTip(uint32_t buttonId) {
     for (const Tip& tip : kTips)
         if (tip.button == buttonId) return tip.text;
     return {};
+}
+
+int CommandContext::FirstSelectedRow() const {
+    if (!viewHasFocus || selectedRows.empty()) return -1;
+    return *std::min_element(selectedRows.begin(), selectedRows.end());
 }
 
 }  // namespace verdin

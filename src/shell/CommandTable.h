@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <span>
 #include <string_view>
+#include <vector>
 
 namespace verdin {
 
@@ -33,6 +34,14 @@ struct CommandEntry {
 };
 
 std::span<const CommandEntry> CommandTable();
+
+// Where a command that inserts or deletes acts: the playlist view's selection when the
+// view has the keyboard focus, else the end of the main playlist.
+struct CommandContext {
+    bool viewHasFocus = false;
+    std::vector<int> selectedRows;  // rows of the main playlist, in any order
+    int FirstSelectedRow() const;
+};
 // The row that handles an identifier, or null for an unknown identifier.
 const CommandEntry* FindCommand(uint32_t id);
 // The row of an action.

@@ -23,11 +23,6 @@ TitleState MakeState(const Player& player) {
 
 }  // namespace
 
-int CommandContext::FirstSelectedRow() const {
-    if (!viewHasFocus || selectedRows.empty()) return -1;
-    return *std::min_element(selectedRows.begin(), selectedRows.end());
-}
-
 int Player::Listen(Listener listener) {
     const int number = core_.nextListener_++;
     core_.listeners_.emplace_back(number, std::move(listener));

@@ -26,14 +26,6 @@ class Stream;
 struct Settings;
 struct SettingsEnvironment;
 
-// Where a command that inserts or deletes acts: the playlist view's selection when the
-// view has the keyboard focus, else the end of the main playlist.
-struct CommandContext {
-    bool viewHasFocus = false;
-    std::vector<int> selectedRows;  // rows of the main playlist, in any order
-    int FirstSelectedRow() const;
-};
-
 // What an announcement says changed (bits); the views tell the rest.
 enum PlayerChange : unsigned {
     kRowsChanged = 1,        // rows of the main list came, went or moved
