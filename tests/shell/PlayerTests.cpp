@@ -5,6 +5,7 @@
 #include "playlist/RandomEntry.h"
 #include "settings/store/SettingsStore.h"
 
+#include "Files.h"
 #include "PcmFixtures.h"
 #include "TempDir.h"
 
@@ -79,6 +80,31 @@ TEST_F(PlayerTest, TheCommandTextAddsFilesAndDirectoriesAndPlayReplacesAndPlays)
     // While the shell's list plays, a second "/PLAY" is taken for a path.
     player_.ExecuteCommandText("/PLAY " + a);
     EXPECT_EQ(Bodies(), "b c a ");
+}
+
+TEST_F(PlayerTest, TransportCommandsMoveThroughTheListAndATrackThatCannotStartSaysWhy) {
+    test::WriteFile(dir_.file("broken.wav"), "RIFF, but nothing a module reads");
+    player_.AddPaths({Tone("1.wav"), Tone("2.wav"), dir_.file("broken.wav")}, -1);
+    struct Step {
+        uint32_t id;
+        int row;
+        PlayerStatus status;
+    };
+    const Step steps[] = {
+        {108, 0, PlayerStatus::Playing}, {107, 0, PlayerStatus::Paused},  {107, 0, PlayerStatus::Playing},
+        {110, 1, PlayerStatus::Playing}, {104, 0, PlayerStatus::Playing}, {104, 0, PlayerStatus::Playing},
+        {106, 0, PlayerStatus::Stopped}, {110, 1, PlayerStatus::Stopped}, {50117, 2, PlayerStatus::Stopped},
+    };
+    for (const Step& step : steps) {
+        EXPECT_TRUE(player_.Execute(step.id)) << step.id;
+        EXPECT_EQ(player_.CurrentRow(), step.row) << step.id;
+        EXPECT_EQ(player_.Status(), step.status) << step.id;
+    }
+    EXPECT_TRUE(host_.said.empty());
+    player_.Execute(108);  // the broken file: its stream cannot start
+    EXPECT_EQ(player_.Status(), PlayerStatus::Stopped);
+    ASSERT_EQ(host_.said.size(), 1u);
+    EXPECT_FALSE(host_.said[0].empty());
 }
 
 TEST_F(PlayerTest, CommandsSayWhenTheyNeedAWindowAndUnknownOnesAreNotHandled) {
