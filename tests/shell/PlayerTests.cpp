@@ -103,8 +103,7 @@ TEST_F(PlayerTest, TransportCommandsMoveThroughTheListAndATrackThatCannotStartSa
     EXPECT_TRUE(host_.said.empty());
     player_.Execute(108);  // the broken file: its stream cannot start
     EXPECT_EQ(player_.Status(), PlayerStatus::Stopped);
-    ASSERT_EQ(host_.said.size(), 1u);
-    EXPECT_FALSE(host_.said[0].empty());
+    EXPECT_EQ(host_.said, (std::vector<std::string>{"\"" + dir_.file("broken.wav") + "\"\nis of an unknown file format."}));
 }
 
 TEST_F(PlayerTest, CommandsSayWhenTheyNeedAWindowAndUnknownOnesAreNotHandled) {
