@@ -9,11 +9,13 @@
  * samples ("append 1" then "append 2" turns 0 into 12): append d (s becomes s * 10 + d),
  * halve (returns half the frames), double (copies the block after itself), negative
  * (returns -1), overlong (returns 3 x the frames, writing nothing), gate (reports "gate",
- * then appends 9), format (reports its arguments). Every module reports Init, Quit,
- * Config and any breach of the contract (see TestDspProtocol.h).
+ * then appends 9), format (reports "format <bps> <nch> <srate> <numsamples>").
+ *
+ * Every module reports to its hwndParent (so a report arriving at all shows that the host
+ * filled it in) with WM_COPYDATA, dwData TEST_DSP_REPORT, the text "<library>/<module>
+ * <event>": Init, Quit, Config, the events above, and "violation: <what>" when the host
+ * broke the contract (ModifySamples or Quit without Init, Quit while ModifySamples runs).
  */
-#include "TestDspProtocol.h"
-
 #include <verdin/dsp.h>
 #include <verdin/window.h>
 
