@@ -39,7 +39,10 @@ protected:
 
 TEST_F(PulseDeviceTest, ANegativeCommitIsHeardAsTheCrossfadeMeantItAndTheVolumeAsSet) {
     // The hand-over of a 1000-frame crossfade passes -(1000 x 4), a byte count that the
-    // device scales by the frame size once more: the cursor goes back 4000 frames.
+    // device scales by the frame size once more: the cursor goes back 4000 frames. The
+    // ring's other frames hold a tone of their own, so a frame sent from the wrong place
+    // or beyond the end is heard.
+    test::CopyToRing(ring_, 0, test::StereoTone(44100, 200, 300, 0.2));
     const auto oldTrack = test::StereoTone(20000, 440, 440, 0.5), newTrack = test::StereoTone(8000, 880, 1320, 0.3);
     std::vector<int16_t> expected(oldTrack.begin(), oldTrack.begin() + 32000);
     expected.insert(expected.end(), newTrack.begin(), newTrack.end());
