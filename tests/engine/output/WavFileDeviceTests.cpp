@@ -10,22 +10,19 @@
 #include <gtest/gtest.h>
 
 #include <numeric>
+#include <tuple>
 
 namespace verdin {
 namespace {
 
 // Fewer than 10 and fewer than 100 entries: tests/system/PlaybackTests.
 TEST(WavFileName, NumberWidthFollowsTheEntryCountAndUnsafeCharactersGo) {
-    const struct {
-        int number, entries;
-        const char* title;
-        const char* expected;
-    } cases[] = {
+    const std::tuple<int, int, const char*, const char*> cases[] = {  // number, entries, title, name
         {7, 100, "Song", "/d/   7. Song.wav"},      {100, 100, "Song", "/d/ 100. Song.wav"},
         {5, 1000, "Song", "/d/    5. Song.wav"},    {12345, 20000, "Song", "/d/ 12345. Song.wav"},
         {1, 1, "AC/DC: Who? \"Me\" <a|b> *\\ (x) & y!", "/d/1. AC_DC_ Who_ _Me_ _a_b_ __ (x) & y!.wav"},
     };
-    for (const auto& c : cases) EXPECT_EQ(WavFileName("/d", c.number, c.entries, c.title), c.expected) << c.title;
+    for (const auto& [number, entries, title, name] : cases) EXPECT_EQ(WavFileName("/d", number, entries, title), name) << title;
     EXPECT_EQ(FileNameSafeTitle(std::string("a\0b", 3)), "a_b");
 }
 

@@ -16,6 +16,7 @@
 #include <linux/magic.h>
 
 #include <filesystem>
+#include <tuple>
 
 namespace verdin {
 namespace {
@@ -23,11 +24,7 @@ namespace {
 // An entry is absolute when it begins with "/" or holds "://", and is then taken as
 // written; any other is taken from the playlist's directory, its backslashes read as "/".
 TEST(EntryPath, RelativeEntriesAreTakenFromThePlaylistsDirectory) {
-    const struct {
-        const char* entry;
-        const char* directory;
-        const char* path;
-    } cases[] = {
+    const std::tuple<const char*, const char*, const char*> cases[] = {  // entry, directory, path
         {"/abs\\a.mp3", "/l/", "/abs\\a.mp3"},        {"http://h/a\\b.mp3", "/l/", "http://h/a\\b.mp3"},
         {"a://b", "/l/", "a://b"},                    {"#x http://h", "/l/", "#x http://h"},
         {"sub\\deeper\\a.mp3", "/l/", "/l/sub/deeper/a.mp3"}, {"..\\a.mp3", "/l/x/", "/l/x/../a.mp3"},
@@ -35,16 +32,12 @@ TEST(EntryPath, RelativeEntriesAreTakenFromThePlaylistsDirectory) {
         {"x:/y", "/l/", "/l/x:/y"},                   {" /m/a.mp3", "/l/", "/l/ /m/a.mp3"},
         {"a.mp3", "", "a.mp3"},                       {"a\\b.mp3", "/odd\\dir/", "/odd\\dir/a/b.mp3"},  // only the entry
     };
-    for (const auto& c : cases) EXPECT_EQ(EntryToPath(c.entry, c.directory), c.path) << c.entry;
+    for (const auto& [entry, directory, path] : cases) EXPECT_EQ(EntryToPath(entry, directory), path) << entry;
     EXPECT_FALSE(IsAbsoluteEntry(""));
 }
 
 TEST(EntryPath, ItemsInsideThePlaylistsDirectoryAreWrittenRelative) {
-    const struct {
-        const char* name;
-        const char* directory;
-        const char* text;
-    } cases[] = {
+    const std::tuple<const char*, const char*, const char*> cases[] = {  // name, directory, text
         {"/lists/SUB/a.mp3", "/Lists/", "SUB/a.mp3"},           // compared without regard to case
         {"/List/a.mp3", "/Lists/", "/List/a.mp3"},
         {"/Listsx/a.mp3", "/Lists/", "/Listsx/a.mp3"},
@@ -54,22 +47,18 @@ TEST(EntryPath, ItemsInsideThePlaylistsDirectoryAreWrittenRelative) {
         {"/Lists//a.mp3", "/Lists/", "/Lists//a.mp3"},           // "/a.mp3" would be another file
         {"/Lists/http://x", "/Lists/", "/Lists/http://x"},       // "http://x" would be an address
     };
-    for (const auto& c : cases) EXPECT_EQ(EntryText(TrackItem(c.name), c.directory), c.text) << c.name << " in " << c.directory;
+    for (const auto& [name, directory, text] : cases) EXPECT_EQ(EntryText(TrackItem(name), directory), text) << name << " in " << directory;
     EXPECT_EQ(EntryText(Playlist("/elsewhere/inner.m3u"), "/Lists/"), "/elsewhere/inner.m3u");
 }
 
 TEST(PlaylistFormat, NamesGetTheFormatsExtensionUnlessTheyHaveIt) {
-    const struct {
-        const char* name;
-        PlaylistFormat format;
-        const char* saved;
-    } cases[] = {
+    const std::tuple<const char*, PlaylistFormat, const char*> cases[] = {  // name, format, saved name
         {"/l/mix", PlaylistFormat::kPls, "/l/mix.pls"},   {"/l/mix.PLS", PlaylistFormat::kPls, "/l/mix.PLS"},
         {"/l/mix.pls", PlaylistFormat::kM3u, "/l/mix.pls.m3u"}, {"/l/mix.Vdp", PlaylistFormat::kVdp, "/l/mix.Vdp"},
         {"/l/mix.m3u8", PlaylistFormat::kM3u, "/l/mix.m3u8.m3u"}, {"/l/mix.", PlaylistFormat::kM3u, "/l/mix..m3u"},
         {"/l.d/mix", PlaylistFormat::kVdp, "/l.d/mix.vdp"}, {"", PlaylistFormat::kM3u, ".m3u"},
     };
-    for (const auto& c : cases) EXPECT_EQ(NameWithFormatExtension(c.name, c.format), c.saved) << c.name;
+    for (const auto& [name, format, saved] : cases) EXPECT_EQ(NameWithFormatExtension(name, format), saved) << name;
     for (int number : {0, 4}) EXPECT_FALSE(IsPlaylistFormat(static_cast<PlaylistFormat>(number)));
 }
 
@@ -83,10 +72,7 @@ TEST(FileLookup, FindsFilesAsTheDiskSpellsThemAndKeepsItsListings) {
     };
     for (const char* name : {"Music/Rock/Track One.MP3", "plain.mp3", "twins/ab.mp3", "twins/AB.mp3"}) make(name);
     std::filesystem::create_directories(at("Folder.mp3"));
-    const struct {
-        std::string asked;
-        std::optional<std::string> found;
-    } cases[] = {
+    const std::pair<std::string, std::optional<std::string>> cases[] = {  // asked, found
         {at("Music/Rock/Track One.MP3"), at("Music/Rock/Track One.MP3")},
         {at("music/./rock/track one.mp3"), at("Music/./Rock/Track One.MP3")},
         {at("Music/Rock/../rock/track one.mp3"), at("Music/Rock/../Rock/Track One.MP3")},
@@ -103,7 +89,7 @@ TEST(FileLookup, FindsFilesAsTheDiskSpellsThemAndKeepsItsListings) {
         {at("."), std::nullopt},
     };
     FileLookup lookup;
-    for (const auto& c : cases) EXPECT_EQ(lookup.Find(c.asked), c.found) << c.asked;
+    for (const auto& [asked, found] : cases) EXPECT_EQ(lookup.Find(asked), found) << asked;
     // Listings are kept, but a new file is still found by its exact name, which needs none.
     const std::string added = make("Music/Rock/Two.mp3");
     EXPECT_EQ(lookup.Find(added), added);

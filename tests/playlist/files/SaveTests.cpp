@@ -15,12 +15,16 @@ namespace {
 
 class Saving : public PlaylistFileTest {
 protected:
-    // A fresh main playlist holding one nested playlist $/<name> with the given items; it
-    // has no unsaved changes.
-    Playlist& Nested(const std::string& name, std::vector<std::unique_ptr<PlaylistItem>> items = {}) {
+    // A fresh main playlist without unsaved changes holding one nested playlist $/<name>
+    // with the given items: "?expr" a random entry, a name ending ".m3u" a playlist.
+    Playlist& Nested(const std::string& name, std::initializer_list<std::string> items = {}) {
         main_.Clear();
         auto nested = std::make_unique<Playlist>(PathOf(name));
-        for (auto& item : items) nested->AppendItem(std::move(item));
+        for (const std::string& item : items) {
+            if (item.starts_with("?")) nested->AppendItem(std::make_unique<RandomEntry>(item.substr(1)));
+            else if (item.ends_with(".m3u")) nested->AppendItem(std::make_unique<Playlist>(item));
+            else nested->AppendItem(std::make_unique<TrackItem>(item));
+        }
         Playlist& added = *nested;
         main_.AppendItem(std::move(nested));
         main_.SetModified(false);
@@ -34,16 +38,6 @@ protected:
         return names;
     }
 };
-
-std::vector<std::unique_ptr<PlaylistItem>> Items(std::initializer_list<std::string> names) {
-    std::vector<std::unique_ptr<PlaylistItem>> items;
-    for (const std::string& name : names) {
-        if (name.starts_with("?")) items.push_back(std::make_unique<RandomEntry>(name.substr(1)));
-        else if (name.ends_with(".m3u")) items.push_back(std::make_unique<Playlist>(name));
-        else items.push_back(std::make_unique<TrackItem>(name));
-    }
-    return items;
-}
 
 // One item of each kind and place under each format's name: the extension is appended
 // when missing, the playlist takes the name and its own flag is cleared, and a new name
@@ -76,9 +70,9 @@ TEST_F(Saving, EachFormatWritesItsLinesUnderItsName) {
     std::filesystem::create_directories(PathOf("Lists"));
     std::filesystem::create_directories(PathOf("far"));
     for (const auto& c : cases) {
-        Playlist& list = Nested("Lists/mix.vdp", Items({PathOf("Lists/a.mp3"), "?GENRE = \"Rock\"", PathOf("lists/Sub/b.ogg"),
-                                                        "/elsewhere/c.flac", "http://radio.example/live",
-                                                        PathOf("Lists/sub/inner.m3u"), "?YEAR > 1990"}));
+        Playlist& list = Nested("Lists/mix.vdp", {PathOf("Lists/a.mp3"), "?GENRE = \"Rock\"", PathOf("lists/Sub/b.ogg"),
+                                                 "/elsewhere/c.flac", "http://radio.example/live",
+                                                 PathOf("Lists/sub/inner.m3u"), "?YEAR > 1990"});
         if (c.empty) list.Clear();
         list.SetModified(true);
         ASSERT_TRUE(SavePlaylist(list, PathOf(c.asked), c.format)) << c.asked;
@@ -101,7 +95,7 @@ TEST_F(Saving, AFileThatCannotBeWrittenChangesNothingOnDisk) {
     const std::string locked = Write("open/mix.m3u", "keep");
     ASSERT_EQ(::chmod(dir_.str().c_str(), 0755) | ::chmod(PathOf("open").c_str(), 0777) | ::chmod(locked.c_str(), 0444), 0);
     for (const char* name : {"no such directory/mix.m3u", "plain.txt/mix.m3u", "taken.m3u"}) {
-        Playlist& mix = Nested("old.m3u", Items({"/m/a.mp3"}));
+        Playlist& mix = Nested("old.m3u", {"/m/a.mp3"});
         const std::vector<std::string> before = FilesIn("");
         EXPECT_FALSE(SavePlaylist(mix, PathOf(name), PlaylistFormat::kM3u)) << name;
         EXPECT_EQ(FilesIn(""), before) << name;
@@ -109,7 +103,7 @@ TEST_F(Saving, AFileThatCannotBeWrittenChangesNothingOnDisk) {
         EXPECT_EQ(mix.FileName(), PathOf(name));  // the name changes before the file is made
         EXPECT_TRUE(main_.Modified() && !mix.Modified()) << name;
     }
-    Playlist& mix = Nested("x.m3u", Items({"/m/a.mp3"}));
+    Playlist& mix = Nested("x.m3u", {"/m/a.mp3"});
     bool saved = true;
     if (::geteuid() == 0) {
         const pid_t child = ::fork();
@@ -137,7 +131,7 @@ TEST_F(Saving, ReplacingAFileLeavesNoTemporaryFilesAndKeepsLinks) {
     Write("real/mix.m3u", "old contents\r\n");
     std::filesystem::create_directories(PathOf("links"));
     ASSERT_EQ(::symlink(PathOf("real/mix.m3u").c_str(), PathOf("links/mix.m3u").c_str()), 0);
-    Playlist& mix = Nested("links/mix.m3u", Items({PathOf("links/a.mp3")}));
+    Playlist& mix = Nested("links/mix.m3u", {PathOf("links/a.mp3")});
     ASSERT_TRUE(SavePlaylist(mix, PathOf("links/mix.m3u"), PlaylistFormat::kM3u));
     EXPECT_TRUE(std::filesystem::is_symlink(PathOf("links/mix.m3u")));
     EXPECT_EQ(ReadFile(PathOf("real/mix.m3u")), "a.mp3\r\n");
@@ -149,8 +143,8 @@ TEST_F(Saving, ReplacingAFileLeavesNoTemporaryFilesAndKeepsLinks) {
 // are quoted, and come back whole.
 TEST_F(Saving, NamesTheIniReaderWouldAlterAreQuotedAndComeBackWhole) {
     for (const char* name : {"l/ padded .mp3", "l/\"quoted\"", "l/'half.mp3"}) Write(name);
-    Playlist& list = Nested("l/list.vdp", Items({PathOf("l/ padded .mp3"), PathOf("l/\"quoted\""), PathOf("l/'half.mp3"),
-                                                "?ARTIST = \"x\" "}));
+    Playlist& list = Nested("l/list.vdp", {PathOf("l/ padded .mp3"), PathOf("l/\"quoted\""), PathOf("l/'half.mp3"),
+                                           "?ARTIST = \"x\" "});
     ASSERT_TRUE(SavePlaylist(list, PathOf("l/list.vdp"), PlaylistFormat::kVdp));
     EXPECT_EQ(ReadFile(PathOf("l/list.vdp")),
               "[Verdin Advanced Playlist]\r\nVersion=1.00\r\n[Entries]\r\nEntry1=\" padded .mp3\"\r\n"

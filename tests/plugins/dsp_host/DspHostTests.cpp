@@ -25,16 +25,13 @@ using ::testing::UnorderedElementsAre;
 // Splitting at ";" and reading the number as atoi does are SplitSearchPath's and
 // ParseDecimal's (tests/base); here where the pieces split and that the numbers are read so.
 TEST(DspPluginsText, ParsesPiecesInOrderAndFormatsThemBack) {
-    const struct {
-        std::string text;
-        std::vector<DspModuleRef> expected;
-    } cases[] = {
+    const std::pair<std::string, std::vector<DspModuleRef>> cases[] = {
         {";;;", {}},
         {"x.so,1;y.so;/p/a.so,3", {{"x.so", 1}, {"y.so", 0}, {"/p/a.so", 3}}},
         {"/odd,dir/a.so,2;/odd,dir/a.so;", {{"/odd,dir/a.so", 2}, {"/odd", 0}}},  // at the last comma, even wrongly
         {"a.so, 4;a.so,5x;a.so,;,1;", {{"a.so", 4}, {"a.so", 5}, {"a.so", 0}, {"", 1}}},
     };
-    for (const auto& c : cases) EXPECT_EQ(ParseDspPlugins(c.text), c.expected) << "\"" << c.text << "\"";
+    for (const auto& [text, refs] : cases) EXPECT_EQ(ParseDspPlugins(text), refs) << "\"" << text << "\"";
     EXPECT_EQ(FormatDspPlugins({{{"/p/x.so", 1}, {"/p/x.so", 1}, {"/odd,dir/z.so", -3}}}), "/p/x.so,1;/p/x.so,1;/odd,dir/z.so,-3;");
 }
 

@@ -6,6 +6,8 @@
 
 #include "DspTestKit.h"
 
+#include <tuple>
+
 namespace verdin {
 
 bool operator==(const FoundPluginLibrary& a, const FoundPluginLibrary& b) {
@@ -45,17 +47,13 @@ TEST(PluginScan, ConfigureHandsTheModuleItsWindowAndLibraryFirst) {
                                 return 0;
                             },
                             &received};
-    const struct {
-        std::string path;
-        int module;
-        bool configured;
-    } cases[] = {
+    const std::tuple<std::string, int, bool> cases[] = {  // library, module, configured
         {vis, 1, true}, {vis, 0, false},  // "bars" has no Config
         {vis, 2, false}, {vis, -1, false}, {kScanDir + "/missing.so", 0, false},
         {std::string(VERDIN_DSP_TEST_MODULES) + "/kit.so", 0, false},  // no visualization library
     };
-    for (const auto& c : cases)
-        EXPECT_EQ(ConfigureVisualizationModule(c.path, c.module, &window), c.configured) << c.path << " " << c.module;
+    for (const auto& [path, module, configured] : cases)
+        EXPECT_EQ(ConfigureVisualizationModule(path, module, &window), configured) << path << " " << module;
     EXPECT_EQ(received.calls, 1);
     EXPECT_TRUE(received.libraryHandle);
     EXPECT_EQ(test::LoadedHandle(vis), nullptr);
