@@ -18,13 +18,16 @@ namespace {
 
 const std::string kScanDir = VERDIN_SCAN_TEST_MODULES;
 
-// The DSP test plug-ins come first on the path, and are passed over like the
+// Copies of the test plug-ins in a private directory, so the build's own holds nothing
+// else; the DSP test plug-ins come first on the path, and are passed over like the
 // visualization libraries when general-purpose ones are sought.
 TEST(PluginScan, FindsEachKindAlongTheSearchPathAndLeavesNothingLoaded) {
-    const std::string path = std::string(VERDIN_DSP_TEST_MODULES) + ";;" + kScanDir + ";/no/such/dir";
+    test::TempDir dir;
+    for (const char* name : {"scan_endless.so", "scan_vis.so"}) std::filesystem::copy_file(kScanDir + "/" + name, dir.file(name));
+    const std::string path = std::string(VERDIN_DSP_TEST_MODULES) + ";;" + dir.str() + ";/no/such/dir";
     const std::vector<FoundPluginLibrary> expected = {
-        {kScanDir + "/scan_endless.so", "Endless", std::vector<std::string>(1024, "bars")},
-        {kScanDir + "/scan_vis.so", "Scan Vis", {"bars", "scope"}},
+        {dir.file("scan_endless.so"), "Endless", std::vector<std::string>(1024, "bars")},
+        {dir.file("scan_vis.so"), "Scan Vis", {"bars", "scope"}},
     };
     EXPECT_EQ(FindVisualizationLibraries(path), expected);
     EXPECT_TRUE(FindGeneralPurposeLibraries(path).empty());
