@@ -1,6 +1,6 @@
 // Loading M3U, PLS and ".vdp" files into the tree: what the loader makes of the entries.
 // How lines and keys are read is the readers' (ReaderTests), how entries name files
-// EntryPathTests'; the main playlist loaded from "default.vdp" at start-up is also run
+// PathRuleTests'; the main playlist loaded from "default.vdp" at start-up is also run
 // whole in tests/system.
 #include "PlaylistFileFixture.h"
 
@@ -124,7 +124,7 @@ TEST_F(Loading, ReadsStopAtTheBudgetAndNestingAtItsDepth) {
     EXPECT_EQ(playlists(NestedAt(1)), kMaxPlaylistNesting);  // a chain: its length is its depth
 }
 
-// The loader asks the rule for each track it adds; the rule itself is RetrievalRuleTests'.
+// The loader asks the rule for each track it adds; the rule itself is PathRuleTests'.
 TEST_F(Loading, TracksFromPlaylistsAreRetrievedByTheRule) {
     ASSERT_GE(modules_.LoadInputModules(VERDIN_TEST_PLUGIN_DIR, nullptr), 2u);
     WriteWav(PathOf("tone.wav"), 1, 8000, 16, Bytes16(Sine16(4000, 1, 8000, {440.0})));
