@@ -1,3 +1,4 @@
+// The INI reader and writer under the preset and playlist files.
 #include "settings/IniProfile.h"
 
 #include "Files.h"
@@ -5,6 +6,8 @@
 
 #include <gtest/gtest.h>
 #include <sys/stat.h>
+
+#include <tuple>
 
 namespace verdin {
 namespace {
@@ -18,48 +21,37 @@ TEST(IniProfile, ReadsTheFirstSectionAndKeyOfANameAsTheFilesNeedIt) {
                              "neg=-5\nnum=12abc\nbad=x9\n;c=;(YEAR < 1970)\nnoequals\n=empty key\nlong=" +
                              std::string(300, 'L') + "\n[unclosed\nk=v\n[]\nk=w\n";
     const IniProfile p = IniProfile::Parse(text);
-    const struct {
-        const char* section;
-        const char* key;
-        std::string value;
-    } strings[] = {
+    const std::tuple<const char*, const char*, std::string> strings[] = {
         {"playlist", "FILE1", "a.mp3"},     {"PLAYLIST", "file2", "-"},       {"s", "key one", "spaced value"},
         {"s", "q", "quoted "},              {"s", ";C", ";(YEAR < 1970)"},    {"s", "", "empty key"},
         {"unclosed", "k", "v"},             {"", "k", "w"},                   {"orphan", "orphan", "-"},
         {"s", "long", std::string(255, 'L')},
     };
-    for (const auto& c : strings) EXPECT_EQ(p.GetString(c.section, c.key, "-"), c.value) << c.section << "/" << c.key;
+    for (const auto& [section, key, value] : strings) EXPECT_EQ(p.GetString(section, key, "-"), value) << section << "/" << key;
     EXPECT_EQ(p.GetString("s", "long", "", 1023).size(), 300u);
-    const struct {
-        const char* section;
-        const char* key;
-        int value;
-    } ints[] = {{"playlist", "numberofentries", 2}, {"playlist", "missing", 7}, {"s", "neg", -5}, {"s", "num", 12}, {"s", "bad", 0}};
-    for (const auto& c : ints) EXPECT_EQ(p.GetInt(c.section, c.key, 7), c.value) << c.key;
+    for (const auto& [key, value] : {std::pair{"neg", -5}, {"num", 12}, {"bad", 0}, {"missing", 7}})
+        EXPECT_EQ(p.GetInt("s", key, 7), value) << key;
+    EXPECT_EQ(p.GetInt("playlist", "numberofentries", 7), 2);
     EXPECT_EQ(p.SectionNames(), (std::vector<std::string>{"Playlist", "playlist", "s", "unclosed", ""}));
 }
 
-TEST(IniProfile, WritingKeepsOrderUsesCrLfAndReplacesSections) {
+// Setting keeps the order and takes the first section of a name; clearing keeps the
+// place of the first and removing takes every section of the name; the file is written
+// with CR LF and replaced whole (keeping its mode) or not at all.
+TEST(IniProfile, WritingKeepsOrderAndReplacesTheFileWhole) {
     IniProfile p = IniProfile::Parse("[A]\nx=1\n[B]\ny=2\n[a]\nz=3\n");
     p.SetString("b", "Y", "20");
     p.SetString("C", "n", "v");
     EXPECT_EQ(p.Serialize(), "[A]\r\nx=1\r\n[B]\r\ny=20\r\n[a]\r\nz=3\r\n[C]\r\nn=v\r\n");
     p.ClearSection("A");
     p.SetString("A", "w", "9");
-    EXPECT_EQ(p.Serialize(), "[A]\r\nw=9\r\n[B]\r\ny=20\r\n[C]\r\nn=v\r\n");
     p.RemoveSection("b");
-    EXPECT_EQ(p.Serialize(), "[A]\r\nw=9\r\n[C]\r\nn=v\r\n");
-}
-
-TEST(IniProfile, SavingReplacesTheFileWholeOrNotAtAll) {
     test::TempDir dir;
     const std::string path = dir.file("p.ini");
     test::WriteFile(path, "[old]\r\nk=v\r\n");
     ::chmod(path.c_str(), 0640);
-    IniProfile p;
-    p.SetString("new", "k", "v");
     ASSERT_TRUE(p.Save(path));
-    EXPECT_EQ(test::ReadFile(path), "[new]\r\nk=v\r\n");
+    EXPECT_EQ(test::ReadFile(path), "[A]\r\nw=9\r\n[C]\r\nn=v\r\n");
     struct stat st;
     ASSERT_EQ(::stat(path.c_str(), &st), 0);
     EXPECT_EQ(st.st_mode & 0777, 0640u);

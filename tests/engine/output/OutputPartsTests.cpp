@@ -10,36 +10,26 @@
 #include <pulse/volume.h>
 
 #include <thread>
+#include <tuple>
 #include <vector>
 
 namespace verdin {
 namespace {
 
-std::vector<uint8_t> Le16(std::initializer_list<int16_t> samples) {
-    std::vector<uint8_t> out;
-    for (int16_t s : samples) out.insert(out.end(), {uint8_t(s & 0xFF), uint8_t(uint16_t(s) >> 8)});
-    return out;
-}
-
+// Sixteen bits are also heard sample for sample at a quarter volume through ALSA
+// (AlsaThroughPulse).
 TEST(SoftwareVolume, ScalesEachSampleFormat) {
-    const struct {
-        uint32_t bits, volume;
-        std::vector<uint8_t> in, out;
-    } cases[] = {
-        {16, 32768, Le16({32767, -32768, 1000, -1000, 0}), Le16({16383, -16384, 500, -500, 0})},
-        {16, 0, Le16({32767, -32768, 5}), Le16({0, 0, 0})},
-        {16, 65535, Le16({32767, -32768, 5}), Le16({32767, -32768, 5})},
-        {16, 0x12345, Le16({-7}), Le16({-7})},                  // above the scale counts as full
+    const std::tuple<uint32_t, uint32_t, std::vector<uint8_t>, std::vector<uint8_t>> cases[] = {
+        {16, 0x12345, {0xF9, 0xFF}, {0xF9, 0xFF}},                // above the scale counts as full
         {16, 0, {0x00, 0x40, 0x77}, {0, 0, 0x77}},               // a partial sample is left alone
         {8, 32768, {255, 0, 128, 200}, {191, 64, 128, 164}},     // unsigned around 128
         {8, 0, {255, 0, 17}, {128, 128, 128}},
         {24, 32768, {0xFF, 0xFF, 0x7F, 0x00, 0x00, 0x80}, {0x3F, 0x00, 0x40, 0xC0, 0xFF, 0xBF}},
         {32, 32768, {0x00, 0x00, 0x00, 0x40}, {0x00, 0x20, 0x00, 0x20}},
     };
-    for (const auto& c : cases) {
-        std::vector<uint8_t> data = c.in;
-        ApplySoftwareVolume(data.data(), data.size(), c.bits, c.volume);
-        EXPECT_EQ(data, c.out) << c.bits << " bit at " << c.volume;
+    for (auto [bits, volume, in, out] : cases) {
+        ApplySoftwareVolume(in.data(), in.size(), bits, volume);
+        EXPECT_EQ(in, out) << bits << " bit at " << volume;
     }
 }
 
@@ -59,33 +49,27 @@ TEST(GenerationCounter, RestartWinsOverALateValueOfTheOldRunAndRunsWrap) {
     EXPECT_EQ(counter.CurrentRun(), run);
 }
 
-TEST(CommitQueue, TwoProducersKeepTheirOrderAndLoseNothing) {
+TEST(CommitQueue, TwoProducersKeepTheirOrderAndLoseNothingAndAFullQueueRefuses) {
     CommitQueue queue(64);
-    constexpr int kPerProducer = 20000;
+    constexpr int32_t kPerProducer = 20000;
     auto produce = [&](int32_t sign) {
         for (int32_t i = 1; i <= kPerProducer; ++i)
             while (!queue.Push(sign * i)) std::this_thread::yield();
     };
     std::thread a(produce, 1), b(produce, -1);
-    int32_t last[2] = {0, 0};
+    int32_t last[2] = {0, 0}, v = 0;
     for (int count = 0; count < 2 * kPerProducer;) {
-        int32_t v = 0;
-        if (!queue.Pop(&v)) {
-            std::this_thread::yield();
-            continue;
-        }
+        if (!queue.Pop(&v)) { std::this_thread::yield(); continue; }
         ++count;
         ASSERT_EQ(std::abs(v), last[v < 0] + 1);
         last[v < 0] = std::abs(v);
     }
     a.join();
     b.join();
-    int32_t extra = 0;
-    EXPECT_FALSE(queue.Pop(&extra));
-    // Full: refused until the consumer takes one.
+    EXPECT_FALSE(queue.Pop(&v));
     for (int32_t i = 0; i < 64; ++i) ASSERT_TRUE(queue.Push(i));
     EXPECT_FALSE(queue.Push(99));
-    ASSERT_TRUE(queue.Pop(&extra));
+    ASSERT_TRUE(queue.Pop(&v));
     EXPECT_TRUE(queue.Push(64));
 }
 
@@ -93,8 +77,6 @@ TEST(PlayClock, CountsFramesAtTheRateUpToWhatWasHanded) {
     using namespace std::chrono_literals;
     PlayClock clock(44100);
     const auto t0 = PlayClock::Clock::time_point{} + 1s;
-    clock.Restart(t0);
-    EXPECT_EQ(clock.Advance(0, 1'000'000, t0 + 100ms), 4410);
     int64_t played = 0;  // fractions carry over: ten times 44.1 frames make 441
     clock.Restart(t0);
     for (int i = 1; i <= 10; ++i) played = clock.Advance(played, 1'000'000, t0 + i * 1ms);

@@ -1,19 +1,15 @@
 /*
- * A configurable DSP plug-in for the host's tests, in C against the SDK headers alone, to
- * keep them honest about C linkage. The build chooses: TEST_DSP_NAME (the description);
- * TEST_DSP_KIT or TEST_DSP_OTHER (the module sets below; neither: no modules);
- * TEST_DSP_WITHOUT_ENTRY_POINT; TEST_DSP_NULL_HEADER (the entry point returns NULL);
- * TEST_DSP_ENDLESS (getModule repeats the modules for ever).
- *
- * What the modules do to a 16-bit block, so a test reads the order of calls from the
- * samples ("append 1" then "append 2" turns 0 into 12): append d (s becomes s * 10 + d),
- * halve (returns half the frames), double (copies the block after itself), negative
- * (returns -1), overlong (returns 3 x the frames, writing nothing), gate (reports "gate",
- * then appends 9), format (reports its arguments). Every module reports Init, Quit,
- * Config and any breach of the contract (see TestDspProtocol.h).
+ * A DSP plug-in for the host's tests, in C against the SDK headers alone. The build
+ * chooses TEST_DSP_NAME, the modules (TEST_DSP_KIT, TEST_DSP_OTHER, else none) and the
+ * faults (TEST_DSP_WITHOUT_ENTRY_POINT, TEST_DSP_NULL_HEADER, TEST_DSP_ENDLESS: getModule
+ * repeats the modules for ever). On a 16-bit block, "append d" makes s into s * 10 + d (so
+ * the samples tell the order of calls), "halve", "double", "negative" and "overlong" return
+ * frames / 2, 2 x frames (copying the block after itself), -1 and 3 x frames; "gate" reports
+ * "gate" and appends 9, "format" reports "format <bps> <nch> <srate> <numsamples>".
+ * Every report goes to hwndParent as WM_COPYDATA, dwData TEST_DSP_REPORT, "<library>/
+ * <module> <event>": also Init, Quit, Config, and "violation: <what>" when the host breaks
+ * the contract (ModifySamples or Quit without Init, Quit while ModifySamples runs).
  */
-#include "TestDspProtocol.h"
-
 #include <verdin/dsp.h>
 #include <verdin/window.h>
 
@@ -41,8 +37,7 @@ static const ModuleRecipe recipes[] = {
 #define MODULE_COUNT ((int)(sizeof recipes / sizeof recipes[0]) - 1)
 
 static winampDSPModule modules[MODULE_COUNT + 1];
-/* Per module: Init calls not yet undone by Quit, and calls of ModifySamples in progress.
- * Init and Quit come from the test's main thread, ModifySamples from its stream threads. */
+/* Per module: Init calls not undone by Quit, and ModifySamples calls in progress. */
 static atomic_int initialised[MODULE_COUNT + 1], inside[MODULE_COUNT + 1];
 
 static void Report(winampDSPModule* module, const char* event) {
@@ -117,6 +112,5 @@ winampDSPHeader* winampDSPGetHeader2(void) {
 #endif
 }
 #else
-/* Something to export, as a library of another kind would. */
-int TestDsp_NotADspPlugin(void) { return header.version; }
+int TestDsp_NotADspPlugin(void) { return header.version; } /* a library of another kind */
 #endif

@@ -1,13 +1,19 @@
-// The "dspPlugins" text, the active list it makes (which modules get an instance, and when
-// Init and Quit are called), and what the host does to a block: each active module in
-// list order, each result the frame count for the next module and for output.
+// The DSP host: the libraries on a search path (real test plug-ins copied into private
+// directories), modules activated from them, the "dspPlugins" text, the active list it
+// makes (which modules get an instance, when Init and Quit are called), what the host does
+// to a block, and all of it between threads. The options page driving it under a playing
+// stream is tests/shell's (OptionsDialogTests::theDspPageReachesThePlayingStream).
+#include "plugins/dsp/DspConfigure.h"
 #include "plugins/dsp/DspHost.h"
 
-#include "DspHostFixture.h"
+#include "DspTestKit.h"
+#include "Files.h"
 
 #include <gmock/gmock.h>
 
+#include <atomic>
 #include <climits>
+#include <thread>
 
 namespace verdin::test {
 namespace {
@@ -16,31 +22,103 @@ using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 using ::testing::UnorderedElementsAre;
 
+// Splitting at ";" and reading the number as atoi does are SplitSearchPath's and
+// ParseDecimal's (tests/base); here where the pieces split and that the numbers are read so.
 TEST(DspPluginsText, ParsesPiecesInOrderAndFormatsThemBack) {
-    const struct {
-        std::string text;
-        std::vector<DspModuleRef> expected;
-    } cases[] = {
-        {"", {}},
+    const std::pair<std::string, std::vector<DspModuleRef>> cases[] = {
         {";;;", {}},
-        {"x.so,1;y.so;", {{"x.so", 1}, {"y.so", 0}}},
-        {"/p/a.so,0;;/p/a.so,0;", {{"/p/a.so", 0}, {"/p/a.so", 0}}},
-        {"/p/a.so,3", {{"/p/a.so", 3}}},                   // the last piece needs no ";"
-        {"/odd,dir/a.so,2;", {{"/odd,dir/a.so", 2}}},      // split at the last comma
-        {"/odd,dir/a.so;", {{"/odd", 0}}},                 // ... even when that is wrong
-        {"a.so,;", {{"a.so", 0}}},                         // no number
-        {"a.so,x7;", {{"a.so", 0}}},
-        {"a.so, 4;", {{"a.so", 4}}},                       // leading blanks, as atoi
-        {"a.so,5x;", {{"a.so", 5}}},                       // trailing rubbish ignored
-        {"a.so,-2;", {{"a.so", -2}}},
-        {"a.so,99999999999;", {{"a.so", INT_MAX}}},        // saturates
-        {",1;", {{"", 1}}},
-        {" ;", {{" ", 0}}},                                // only empty pieces are skipped
+        {"x.so,1;y.so;/p/a.so,3", {{"x.so", 1}, {"y.so", 0}, {"/p/a.so", 3}}},
+        {"/odd,dir/a.so,2;/odd,dir/a.so;", {{"/odd,dir/a.so", 2}, {"/odd", 0}}},  // at the last comma, even wrongly
+        {"a.so, 4;a.so,5x;a.so,;,1;", {{"a.so", 4}, {"a.so", 5}, {"a.so", 0}, {"", 1}}},
     };
-    for (const auto& c : cases) EXPECT_EQ(ParseDspPlugins(c.text), c.expected) << "\"" << c.text << "\"";
-    const std::vector<DspModuleRef> entries = {{"/p/x.so", 1}, {"/p/y.so", 0}, {"/p/x.so", 1}, {"/odd,dir/z.so", -3}};
-    EXPECT_EQ(FormatDspPlugins(entries), "/p/x.so,1;/p/y.so,0;/p/x.so,1;/odd,dir/z.so,-3;");
-    EXPECT_EQ(FormatDspPlugins({}), "");
+    for (const auto& [text, refs] : cases) EXPECT_EQ(ParseDspPlugins(text), refs) << "\"" << text << "\"";
+    EXPECT_EQ(FormatDspPlugins({{{"/p/x.so", 1}, {"/p/x.so", 1}, {"/odd,dir/z.so", -3}}}), "/p/x.so,1;/p/x.so,1;/odd,dir/z.so,-3;");
+}
+
+// "a" and "b" on the search path, "c" (which also holds a plug-in) left off it. Files that
+// fail to load, lack the entry point or give no header are left out (the order of names
+// and which files are listed at all are ListFilesWithExtension's, tests/base); a directory
+// listed twice is searched twice, a library whose modules never end is cut off. Nothing
+// stays loaded, no module is called, and a library is found by its path byte for byte.
+TEST(DspLibraryList, ListsDspLibrariesDirectoryByDirectoryAndLeavesThemUnloaded) {
+    TempDir dir;
+    TestWindow window;
+    const std::string a = dir.file("a"), b = dir.file("b"), c = dir.file("c");
+    const std::string alpha = PlaceTestModule("other", a, "alpha.so"), beta = PlaceTestModule("kit", a, "beta.so"),
+                      gamma = PlaceTestModule("empty", a, "gamma.so"), inB = PlaceTestModule("kit", b, "kit.so"),
+                      endless = PlaceTestModule("endless", b, "z.so");
+    PlaceTestModule("nullheader", a, "c.so");
+    PlaceTestModule("noentry", a, "d.so");
+    PlaceTestModule("other", c, "unlisted.so");
+    WriteFile(a + "/broken.so", "not a shared object");
+    DspLibraryList list(window.record(), a + ";;" + b + ";" + b + "/kit.so;" + dir.file("missing"));
+    std::vector<std::string> paths;
+    for (const DspLibrary& library : list.libraries()) paths.push_back(library.path);
+    EXPECT_THAT(paths, ElementsAre(alpha, beta, gamma, inB, endless));
+    EXPECT_EQ(list.LibraryAt(0)->description, "Other");
+    EXPECT_THAT(list.LibraryAt(0)->moduleDescriptions, ElementsAre("append 4", "append 5"));
+    EXPECT_EQ(list.LibraryAt(1)->moduleDescriptions.size(), 9u);
+    EXPECT_EQ(list.LibraryAt(2)->description, "Empty");  // getModule(0) NULL: no modules
+    EXPECT_THAT(list.LibraryAt(2)->moduleDescriptions, IsEmpty());
+    EXPECT_EQ(list.LibraryAt(4)->moduleDescriptions.size(), static_cast<size_t>(DspLibraryList::kMaxModulesPerLibrary));
+    EXPECT_EQ(list.LibraryAt(5), nullptr);
+    for (const std::string& path : paths) EXPECT_EQ(LoadedHandle(path), nullptr) << path;
+    EXPECT_THAT(window.Events(), IsEmpty());
+    EXPECT_EQ(DspLibraryList(window.record(), b + ";" + b + ";").LibraryCount(), 4u);
+    EXPECT_EQ(list.LibraryByPath(beta)->description, "Kit");
+    for (const std::string& path : {a + "/Beta.so", a + "//beta.so", c + "/unlisted.so", std::string()}) {
+        EXPECT_EQ(list.LibraryByPath(path), nullptr) << path;
+        EXPECT_EQ(list.ActivateByPath(path, 0), nullptr) << path;
+    }
+    for (const auto& [library, module] : {std::pair{5, 0}, {2, 0}, {1, 9}, {1, -1}})  // none; no modules; nine
+        EXPECT_EQ(list.Activate(library, module), nullptr) << library << "," << module;
+}
+
+// An instance loads its library and fills in the module's record before any call; Quit
+// only follows Init. Configure uses a temporary instance without Init or Quit.
+TEST(DspLibraryList, ActivationLoadsTheLibraryForTheInstanceAndQuitOnlyFollowsInit) {
+    TempDir dir;
+    TestWindow window;
+    const std::string kit = PlaceTestModule("kit", dir.str(), "kit.so"), other = PlaceTestModule("other", dir.str(), "other.so");
+    DspLibraryList list(window.record(), dir.str() + ";");
+    auto byIndex = list.Activate(0, 2);
+    ASSERT_NE(byIndex, nullptr);
+    EXPECT_STREQ(byIndex->module()->description, "append 3");
+    EXPECT_STREQ(byIndex->header()->description, "Kit");
+    ASSERT_NE(LoadedHandle(kit), nullptr);
+    EXPECT_EQ(byIndex->module()->hDllInstance, LoadedHandle(kit));
+    EXPECT_EQ(byIndex->module()->hwndParent, window.record());
+    auto byPath = list.ActivateByPath(other, 1);
+    ASSERT_NE(byPath, nullptr);
+    byPath->Initialise();
+    EXPECT_TRUE(byPath->initialised() && !byIndex->initialised());
+    byIndex.reset();
+    byPath.reset();
+    EXPECT_THAT(window.Events(), ElementsAre("Other/append 5 Init", "Other/append 5 Quit"));
+    EXPECT_EQ(LoadedHandle(kit), nullptr);
+    EXPECT_EQ(LoadedHandle(other), nullptr);
+    {  // a missing module keeps its library loaded while the list lives
+        DspLibraryList again(window.record(), dir.str() + ";");
+        EXPECT_EQ(again.ActivateByPath(kit, 42), nullptr);
+        EXPECT_NE(LoadedHandle(kit), nullptr);
+    }
+    EXPECT_EQ(LoadedHandle(kit), nullptr);
+    window.ClearEvents();
+    EXPECT_TRUE(ConfigureDspModule(list, 1, 1));
+    EXPECT_TRUE(ConfigureDspModuleByPath(list, kit, kGate));
+    EXPECT_FALSE(ConfigureDspModule(list, 2, 0));
+    EXPECT_FALSE(ConfigureDspModuleByPath(list, kit, 9));
+    EXPECT_THAT(window.Events(), ElementsAre("Other/append 5 Config", "Kit/gate Config"));
+    EXPECT_EQ(LoadedHandle(other), nullptr);
+    // A library gone since enumeration gives none; the list itself is not refreshed.
+    std::filesystem::remove(other);
+    EXPECT_EQ(list.ActivateByPath(other, 0), nullptr);
+    EXPECT_NE(list.LibraryByPath(other), nullptr);
+    // Without a window (a player without windows) the reports go nowhere and break nothing.
+    auto silent = DspLibraryList(nullptr, dir.str() + ";").Activate(0, 0);
+    silent->Initialise();
+    silent.reset();
+    EXPECT_THAT(window.Events(), ElementsAre("Other/append 5 Config", "Kit/gate Config"));
 }
 
 // The module description of each entry's instance, "-" for an entry without one.
@@ -51,50 +129,40 @@ std::vector<std::string> Modules(const DspHost& host) {
     return out;
 }
 
-TEST_F(DspHostTest, StartUpActivatesAndInitialisesEachEntryAndKeepsThoseItCannot) {
-    const std::string text = kit + ",1;" + kit + ",99;" + dir.file("gone.so") + ",0;" + kit + ",-1;" + kit + "/,0;" + other +
-                             ",0;" + other;
+// Start-up activates and initialises each entry in list order (the same module twice
+// twice) and keeps the entries without an instance, so the setting is written back as it
+// was read. Apply keeps the instances of modules that stay and initialises new modules
+// before it quits those that leave, so no block reaches a module that is not initialised;
+// a new search path drops the modules it no longer finds. Clearing quits each in order.
+TEST_F(DspHostTest, TheActiveListInitialisesBeforeItQuitsAndQuitsEachModuleOnce) {
+    const std::string text =
+        kit + ",1;" + kit + ",99;" + dir.file("gone.so") + ",0;" + kit + ",-1;" + kit + "/,0;" + other + ",0;" + other;
     Activate(ParseDspPlugins(text + ";"));
     EXPECT_THAT(Modules(host), ElementsAre("append 2", "-", "-", "-", "-", "append 4", "append 4"));
-    EXPECT_NE(host.ActiveList()[5].instance, host.ActiveList()[6].instance);  // the same module twice: two
+    EXPECT_NE(host.ActiveList()[5].instance, host.ActiveList()[6].instance);
     EXPECT_THAT(window.Events(), ElementsAre("Kit/append 2 Init", "Other/append 4 Init", "Other/append 4 Init"));
-    // Entries without an instance are kept, so the setting is written back as it was read.
     EXPECT_EQ(host.DspPluginsText(), text + ",0;");
-}
-
-TEST_F(DspHostTest, ApplyInitialisesNewModulesBeforeItQuitsThoseThatLeave) {
-    Activate({Kit(kAppend1), Kit(kAppend2), Other(kAppend4)});
-    const DspModuleInstance* kept = host.ActiveList()[2].instance.get();
+    const DspModuleInstance* kept = host.ActiveList()[0].instance.get();
     window.ClearEvents();
-    Activate({Other(kAppend4), Kit(kAppend3), Kit(kAppend1)});
-    EXPECT_THAT(Modules(host), ElementsAre("append 4", "append 3", "append 1"));
-    EXPECT_EQ(host.ActiveList()[0].instance.get(), kept);
-    // No block can reach a module that is not initialised.
-    EXPECT_THAT(window.Events(), ElementsAre("Kit/append 3 Init", "Kit/append 2 Quit"));
-    // A new search path drops the modules it no longer finds.
+    Activate({Kit(kAppend3), Kit(kAppend2), Kit(kAppend1)});
+    EXPECT_THAT(Modules(host), ElementsAre("append 3", "append 2", "append 1"));
+    EXPECT_EQ(host.ActiveList()[1].instance.get(), kept);
+    EXPECT_THAT(window.Events(), ElementsAre("Kit/append 3 Init", "Kit/append 1 Init", "Other/append 4 Quit", "Other/append 4 Quit"));
     DspLibraryList elsewhere(window.record(), dir.file("nothing-here") + ";");
     window.ClearEvents();
     host.SetActiveList(elsewhere, std::vector<DspModuleRef>{Kit(kAppend1)});
     EXPECT_THAT(Modules(host), ElementsAre("-"));
-    EXPECT_THAT(window.Events(), UnorderedElementsAre("Kit/append 1 Quit", "Kit/append 3 Quit", "Other/append 4 Quit"));
-}
-
-TEST_F(DspHostTest, ClearAndDestructionQuitEveryInitialisedModuleOnce) {
+    EXPECT_THAT(window.Events(), UnorderedElementsAre("Kit/append 1 Quit", "Kit/append 2 Quit", "Kit/append 3 Quit"));
+    window.ClearEvents();
     Activate({Kit(kAppend1), Other(kAppend5)});
     host.ClearActiveList();
     EXPECT_THAT(host.ActiveList(), IsEmpty());
     EXPECT_EQ(host.DspPluginsText(), "");
-    std::vector<int16_t> block;
-    EXPECT_EQ(Process(block, 64), 64u);  // blocks pass unchanged
-    EXPECT_EQ(UniformValue(block, 128), 0);
-    {
-        DspHost other;
-        other.SetActiveList(*libraries, std::vector<DspModuleRef>{Other(kAppend4)});
-    }
-    EXPECT_THAT(window.Events(), UnorderedElementsAre("Kit/append 1 Init", "Other/append 5 Init", "Kit/append 1 Quit",
-                                                      "Other/append 5 Quit", "Other/append 4 Init", "Other/append 4 Quit"));
+    EXPECT_THAT(window.Events(), ElementsAre("Kit/append 1 Init", "Other/append 5 Init", "Kit/append 1 Quit", "Other/append 5 Quit"));
 }
 
+// Each active module in list order, each result the frame count for the next module and
+// for output, within the room of twice the block.
 TEST_F(DspHostTest, ModulesRunInListOrderAndEachResultCarriesOn) {
     constexpr uint32_t kFrames = 64;
     const struct {
@@ -105,12 +173,10 @@ TEST_F(DspHostTest, ModulesRunInListOrderAndEachResultCarriesOn) {
         uint32_t valueFrames;  // 0: all of the resulting frames
     } cases[] = {
         {"nothing active", {}, kFrames, 0, 0},
-        {"list order", {Kit(kAppend1), Kit(kAppend2), Kit(kAppend3)}, kFrames, 123, 0},
-        {"another order", {Kit(kAppend3), Other(kAppend4), Kit(kAppend1)}, kFrames, 341, 0},
+        {"list order", {Kit(kAppend3), Other(kAppend4), Kit(kAppend1)}, kFrames, 341, 0},
         {"same module twice", {Kit(kAppend2), Kit(kAppend2)}, kFrames, 22, 0},
         {"entry without instance skipped", {Kit(kAppend1), Kit(99), {dir.file("none.so"), 0}, Kit(kAppend2)}, kFrames, 12, 0},
         {"shortened for later modules", {Kit(kAppend1), Kit(kHalve), Kit(kAppend2)}, kFrames / 2, 12, 0},
-        {"shortened twice", {Kit(kHalve), Kit(kHalve), Kit(kAppend3)}, kFrames / 4, 3, 0},
         {"lengthened up to twice", {Kit(kAppend1), Kit(kDouble), Kit(kAppend2)}, 2 * kFrames, 12, 0},
         {"negative is nothing", {Kit(kAppend1), Kit(kNegative), Kit(kAppend2)}, 0, 0, 0},
         {"more than the room is cut", {Kit(kAppend1), Kit(kOverlong)}, 2 * kFrames, 1, kFrames},
@@ -134,18 +200,80 @@ TEST_F(DspHostTest, ModulesRunInListOrderAndEachResultCarriesOn) {
     ASSERT_EQ(Process(block, kFrames), kFrames / 2);
     EXPECT_EQ(UniformValue({block.begin() + kFrames, block.begin() + 2 * kFrames}, kFrames), 1);
     EXPECT_EQ(block[2 * kFrames], 0);
+    // Modules receive the block's format and the running frame count, but no empty block.
+    Activate({Kit(kFormat), Kit(kHalve), Kit(kFormat)});
+    EXPECT_EQ(Process(block, 60, 8, 1, 22050), 30u);
+    EXPECT_EQ(Process(block, 0), 0u);
+    EXPECT_THAT(window.EventsContaining("format format"),
+                ElementsAre("Kit/format format 8 1 22050 60", "Kit/format format 8 1 22050 30"));
     EXPECT_THAT(window.EventsContaining("violation"), IsEmpty());
 }
 
-TEST_F(DspHostTest, ModulesReceiveTheBlocksFormatAndTheRunningFrameCountButNoEmptyBlock) {
-    Activate({Kit(kFormat), Kit(kHalve), Kit(kFormat)});
-    std::vector<int16_t> block;
-    EXPECT_EQ(Process(block, 60, 8, 1, 22050), 30u);
-    EXPECT_EQ(Process(block, 10, 16, 2, 48000), 5u);
-    EXPECT_EQ(Process(block, 0), 0u);
-    EXPECT_THAT(window.EventsContaining("Kit/format format"),
-                ElementsAre("Kit/format format 8 1 22050 60", "Kit/format format 8 1 22050 30",
-                            "Kit/format format 16 2 48000 10", "Kit/format format 16 2 48000 5"));
+// The host between threads: the busy mark lets a second stream's block pass while another
+// stream is inside, and the active list changes while a stream runs blocks through it.
+constexpr uint32_t kBlock = 32;
+
+TEST_F(DspHostTest, ABlockArrivingWhileAnotherStreamIsInsidePassesUnchanged) {
+    Activate({Kit(kGate)});
+    window.gateArmed = true;
+    std::vector<int16_t> first, second;
+    uint32_t firstFrames = 0;
+    std::thread stream([&] { firstFrames = Process(first, kBlock); });
+    const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(10);
+    while (!window.held && std::chrono::steady_clock::now() < deadline) std::this_thread::yield();
+    EXPECT_TRUE(window.held) << "no stream reached the gate";
+    // The first stream is inside the gate module: the host is busy.
+    EXPECT_EQ(Process(second, kBlock), kBlock);
+    EXPECT_EQ(UniformValue(second, 4 * kBlock), 0);
+    window.gateArmed = false;
+    stream.join();
+    EXPECT_EQ(firstFrames, kBlock);
+    EXPECT_EQ(UniformValue(first, 2 * kBlock), 9);
+    EXPECT_EQ(window.EventsContaining("gate gate").size(), 1u);
+}
+
+// A stream thread runs blocks through the host without pause while the test's thread
+// swaps the active list again and again. Every block must be processed whole by one of
+// the lists (never by parts of two, never skipped), and no module may be called before
+// its Init or after its Quit, nor quit while a stream is inside it (the test plug-ins
+// report such breaches).
+TEST_F(DspHostTest, SwappingTheActiveListUnderARunningStream) {
+    const std::vector<DspModuleRef> lists[] = {
+        {Kit(kAppend1)}, {Other(kAppend4), Kit(kAppend1)}, {Other(kAppend5)}, {}, {Other(kAppend4), Other(kAppend4)}};
+    const int expectedValues[] = {1, 41, 5, 0, 44};
+    Activate(lists[0]);
+    std::atomic<bool> stop{false};    // written by the test thread, read by the stream
+    std::atomic<uint64_t> blocks{0};  // written by the stream, read by the test thread
+    std::atomic<int> badBlocks{0};    // written by the stream, read after join
+    std::thread stream([&] {
+        std::vector<int16_t> block;
+        while (!stop.load(std::memory_order_acquire)) {
+            block.assign(4 * kBlock, 0);
+            const uint32_t frames = Process(block, kBlock);
+            if (frames != kBlock || std::ranges::count(expectedValues, UniformValue(block, 2 * kBlock)) == 0)
+                badBlocks.fetch_add(1, std::memory_order_relaxed);
+            blocks.fetch_add(1, std::memory_order_release);
+        }
+    });
+    constexpr int kSwaps = 300;
+    for (int swap = 1; swap <= kSwaps; ++swap) {
+        // Let the stream finish at least one block under the current list first, so the
+        // swaps really meet a running stream.
+        const uint64_t seen = blocks.load(std::memory_order_acquire);
+        while (blocks.load(std::memory_order_acquire) == seen) std::this_thread::yield();
+        Activate(lists[swap % 5]);
+    }
+    stop.store(true, std::memory_order_release);
+    stream.join();
+    EXPECT_EQ(badBlocks.load(), 0);
+    EXPECT_THAT(window.EventsContaining("violation"), IsEmpty());
+    // Every Init has had its Quit, except for the list still active.
+    host.ClearActiveList();
+    for (const std::string module : {"Kit/append 1", "Other/append 4", "Other/append 5"}) {
+        const size_t inits = window.EventsContaining(module + " Init").size();
+        EXPECT_EQ(inits, window.EventsContaining(module + " Quit").size()) << module;
+        EXPECT_GT(inits, 0u) << module;
+    }
 }
 
 }  // namespace

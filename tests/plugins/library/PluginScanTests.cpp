@@ -1,12 +1,12 @@
 // The visualization and general-purpose libraries on a search path: which are found, in
-// which order, with which descriptions; nothing stays loaded; "Configure" of a module.
+// which order, with which descriptions; nothing stays loaded; "Configure" of a module. The
+// options pages listing and configuring them are tests/shell's (OptionsDialogTests::
+// theInputVisualizationAndGeneralPurposePages), with a general-purpose plug-in.
 #include "plugins/library/PluginScan.h"
 
-#include "TestModules.h"
+#include "DspTestKit.h"
 
-#include <verdin/window.h>
-
-#include <gtest/gtest.h>
+#include <tuple>
 
 namespace verdin {
 
@@ -17,48 +17,48 @@ bool operator==(const FoundPluginLibrary& a, const FoundPluginLibrary& b) {
 namespace {
 
 const std::string kScanDir = VERDIN_SCAN_TEST_MODULES;
-const std::string kPath = std::string(VERDIN_DSP_TEST_MODULES) + ";;" + kScanDir + ";/no/such/dir";
 
+// Copies of the test plug-ins in a private directory, so the build's own holds nothing
+// else; the DSP test plug-ins come first on the path, and are passed over like the
+// visualization libraries when general-purpose ones are sought.
 TEST(PluginScan, FindsEachKindAlongTheSearchPathAndLeavesNothingLoaded) {
-    const std::vector<FoundPluginLibrary> vis = FindVisualizationLibraries(kPath);
-    const std::vector<FoundPluginLibrary> expectedVis = {
-        {kScanDir + "/scan_endless.so", "Endless", std::vector<std::string>(1024, "bars")},
-        {kScanDir + "/scan_vis.so", "Scan Vis", {"bars", "scope"}},
+    test::TempDir dir;
+    for (const char* name : {"scan_endless.so", "scan_vis.so"}) std::filesystem::copy_file(kScanDir + "/" + name, dir.file(name));
+    const std::string path = std::string(VERDIN_DSP_TEST_MODULES) + ";;" + dir.str() + ";/no/such/dir";
+    const std::vector<FoundPluginLibrary> expected = {
+        {dir.file("scan_endless.so"), "Endless", std::vector<std::string>(1024, "bars")},
+        {dir.file("scan_vis.so"), "Scan Vis", {"bars", "scope"}},
     };
-    EXPECT_EQ(vis, expectedVis);  // the DSP libraries and the general one are passed over
-    const std::vector<FoundPluginLibrary> general = {{kScanDir + "/scan_general.so", "Scan General", {}}};
-    EXPECT_EQ(FindGeneralPurposeLibraries(kPath), general);
+    EXPECT_EQ(FindVisualizationLibraries(path), expected);
+    EXPECT_TRUE(FindGeneralPurposeLibraries(path).empty());
     EXPECT_TRUE(FindVisualizationLibraries("").empty());
-    for (const auto& library : {expectedVis[0], expectedVis[1], general[0]})
-        EXPECT_EQ(test::LoadedHandle(library.path), nullptr) << library.path;
+    for (const auto& library : expected) EXPECT_EQ(test::LoadedHandle(library.path), nullptr) << library.path;
 }
 
+// The module's Config is called with its window and its library's handle filled in.
 TEST(PluginScan, ConfigureHandsTheModuleItsWindowAndLibraryFirst) {
+    const std::string vis = kScanDir + "/scan_vis.so";
     struct Received {
+        std::string path;
         int calls = 0;
-        intptr_t library = 0;
-    } received;
+        bool libraryHandle = false;
+    } received{vis};
     VerdinHostWindow window{[](VerdinHostWindow* w, uint32_t msg, uintptr_t, intptr_t lParam) -> intptr_t {
                                 auto* r = static_cast<Received*>(w->host);
                                 r->calls += msg == WM_USER;
-                                r->library = lParam;
+                                r->libraryHandle = lParam == reinterpret_cast<intptr_t>(test::LoadedHandle(r->path));
                                 return 0;
                             },
                             &received};
-    const std::string vis = kScanDir + "/scan_vis.so";
-    const struct {
-        std::string path;
-        int module;
-        bool configured;
-    } cases[] = {
-        {vis, 1, true},  {vis, 0, false},  // "bars" has no Config
-        {vis, 2, false}, {vis, -1, false}, {kScanDir + "/scan_general.so", 0, false},
-        {kScanDir + "/missing.so", 0, false},
+    const std::tuple<std::string, int, bool> cases[] = {  // library, module, configured
+        {vis, 1, true}, {vis, 0, false},  // "bars" has no Config
+        {vis, 2, false}, {vis, -1, false}, {kScanDir + "/missing.so", 0, false},
+        {std::string(VERDIN_DSP_TEST_MODULES) + "/kit.so", 0, false},  // no visualization library
     };
-    for (const auto& c : cases)
-        EXPECT_EQ(ConfigureVisualizationModule(c.path, c.module, &window), c.configured) << c.path << " " << c.module;
+    for (const auto& [path, module, configured] : cases)
+        EXPECT_EQ(ConfigureVisualizationModule(path, module, &window), configured) << path << " " << module;
     EXPECT_EQ(received.calls, 1);
-    EXPECT_NE(received.library, 0);
+    EXPECT_TRUE(received.libraryHandle);
     EXPECT_EQ(test::LoadedHandle(vis), nullptr);
 }
 

@@ -1,17 +1,10 @@
 /*
- * Plug-ins for the library scan's tests, one kind per build:
- *   TEST_SCAN_VIS      visualization library "Scan Vis": "bars" (no Config), "scope"
- *   TEST_SCAN_ENDLESS  visualization library "Endless": getModule never says NULL
- *   TEST_SCAN_GENERAL  general-purpose plug-in "Scan General"
+ * Visualization plug-ins for the library scan's tests, one kind per build:
+ *   TEST_SCAN_VIS      "Scan Vis": "bars" (no Config), "scope"
+ *   TEST_SCAN_ENDLESS  "Endless": getModule never says NULL
  * A Config sends WM_USER to hwndParent with the module's hDllInstance as lParam, so the
  * test sees that both were filled in before the call.
  */
-#if defined(TEST_SCAN_GENERAL)
-#include <verdin/gen.h>
-
-static winampGeneralPurposePlugin plugin = {GPPHDR_VER, "Scan General", NULL, NULL, NULL, NULL, NULL};
-VERDIN_PLUGIN_EXPORT winampGeneralPurposePlugin* winampGetGeneralPurposePlugin(void) { return &plugin; }
-#else
 #include <verdin/vis.h>
 #include <verdin/window.h>
 
@@ -32,4 +25,3 @@ static winampVisHeader header = {VIS_HDRVER, "Endless", GetModule};
 static winampVisHeader header = {VIS_HDRVER, "Scan Vis", GetModule};
 #endif
 VERDIN_PLUGIN_EXPORT winampVisHeader* winampVisGetHeader(void) { return &header; }
-#endif

@@ -1,6 +1,5 @@
-/* Every SDK header compiled as C11 (their static layout checks run here too). */
-#include "HeadersInC.h"
-
+/* Every SDK header compiled as C11 in one unit, as a plug-in using them all compiles them
+ * (their layout checks run here too), and the message helper called from C. */
 #include <verdin/dsp.h>
 #include <verdin/gen.h>
 #include <verdin/input.h>
