@@ -29,7 +29,7 @@ protected:
 // checked. Entries that name nothing are skipped.
 TEST_F(Loading, EachFormatsEntries) {
     const std::string p256 = "p/" + std::string(250, 'p') + ".mp3";  // a name may hold 255
-    for (const std::string& name : {"a.mp3", "sub/b.ogg", "#hash.mp3", "http:/host/a.mp3", ";x", p256.c_str()}) Write(name);
+    for (const char* name : {"a.mp3", "sub/b.ogg", "#hash.mp3", "http:/host/a.mp3", ";x", p256.c_str()}) Write(name);
     Write(p256.substr(0, 255));
     Write("lists/l.m3u", "#EXTM3U\n#EXTINF:123,Artist - Title\n../a.mp3\n../sub/b.ogg\r\n"
                          "#EXTINF:-1,http://radio.example/in-a-comment\n../#hash.mp3\n");
