@@ -1,8 +1,6 @@
 // The small pieces the devices are built from: software volume, the run-tagged frame
 // counter, the commit queue, the play clock and the PulseAudio device's volume mapping.
 #include "engine/output/CommitQueue.h"
-#include "engine/output/GenerationCounter.h"
-#include "engine/output/PlayClock.h"
 #include "engine/output/PulseVolume.h"
 #include "engine/output/SoftwareVolume.h"
 
@@ -33,22 +31,6 @@ TEST(SoftwareVolume, ScalesEachSampleFormat) {
     }
 }
 
-TEST(GenerationCounter, RestartWinsOverALateValueOfTheOldRunAndRunsWrap) {
-    GenerationCounter counter;
-    const uint16_t first = counter.Restart();
-    counter.Publish(first, 1000);
-    const uint16_t second = counter.Restart();
-    EXPECT_EQ(counter.Value(), 0u);
-    counter.Publish(first, 2000);  // the device thread still counting the old run
-    EXPECT_EQ(counter.Value(), 0u);
-    uint16_t run = second;
-    for (int i = 0; i < 70000; ++i) run = counter.Restart();
-    EXPECT_EQ(run, static_cast<uint16_t>(second + 70000));
-    counter.Publish(run, (uint64_t{1} << 47) + 12345);  // values keep 48 bits
-    EXPECT_EQ(counter.Value(), (uint64_t{1} << 47) + 12345);
-    EXPECT_EQ(counter.CurrentRun(), run);
-}
-
 TEST(CommitQueue, TwoProducersKeepTheirOrderAndLoseNothingAndAFullQueueRefuses) {
     CommitQueue queue(64);
     constexpr int32_t kPerProducer = 20000;
@@ -71,19 +53,6 @@ TEST(CommitQueue, TwoProducersKeepTheirOrderAndLoseNothingAndAFullQueueRefuses) 
     EXPECT_FALSE(queue.Push(99));
     ASSERT_TRUE(queue.Pop(&v));
     EXPECT_TRUE(queue.Push(64));
-}
-
-TEST(PlayClock, CountsFramesAtTheRateUpToWhatWasHanded) {
-    using namespace std::chrono_literals;
-    PlayClock clock(44100);
-    const auto t0 = PlayClock::Clock::time_point{} + 1s;
-    int64_t played = 0;  // fractions carry over: ten times 44.1 frames make 441
-    clock.Restart(t0);
-    for (int i = 1; i <= 10; ++i) played = clock.Advance(played, 1'000'000, t0 + i * 1ms);
-    EXPECT_EQ(played, 441);
-    clock.Restart(t0);  // never beyond what was handed, and starved time is not banked
-    EXPECT_EQ(clock.Advance(0, 100, t0 + 1s), 100);
-    EXPECT_EQ(clock.Advance(100, 200, t0 + 1s + 1ms), 144);
 }
 
 TEST(PulseVolume, HundredthsOfADecibel) {
