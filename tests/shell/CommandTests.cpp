@@ -1,11 +1,6 @@
 #include "shell/CommandTable.h"
 #include "shell/CommandText.h"
-#include "playlist/files/DirectoryScan.h"
 
-#include "Files.h"
-#include "TempDir.h"
-
-#include <filesystem>
 #include <gtest/gtest.h>
 #include <set>
 
@@ -36,22 +31,6 @@ TEST(CommandTable, EveryIdentifierRunsOneAction) {
         }
     }
     EXPECT_EQ(FindCommand(12345), nullptr);
-}
-
-TEST(DirectoryScan, FilesComeGroupedByExtensionAndSubdirectoriesBreadthFirst) {
-    test::TempDir dir;
-    namespace fs = std::filesystem;
-    for (const char* sub : {"x", "x/deep", "y"}) fs::create_directories(dir.path() / sub);
-    for (const char* file : {"b.mp3", "a.wav", "c.mp3", "x/1.mp3", "x/deep/2.wav", "y/3.wav", "notes.txt"})
-        test::WriteFile(dir.file(file), "");
-    fs::create_directory_symlink(dir.path(), dir.path() / "y" / "loop");  // must not walk forever
-    using V = std::vector<std::string>;
-    EXPECT_EQ(ScanDirectory(dir.str(), false, ".mp3;.wav"),
-              (V{dir.file("b.mp3"), dir.file("c.mp3"), dir.file("a.wav")}));
-    EXPECT_EQ(ScanDirectory(dir.str(), true, ".mp3;.wav"),
-              (V{dir.file("b.mp3"), dir.file("c.mp3"), dir.file("a.wav"), dir.file("x/1.mp3"), dir.file("y/3.wav"),
-                 dir.file("x/deep/2.wav")}));
-    EXPECT_TRUE(ScanDirectory(dir.file("missing"), true, ".mp3").empty());
 }
 
 }  // namespace

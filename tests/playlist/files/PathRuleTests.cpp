@@ -1,8 +1,9 @@
 // The rules under loading and saving: how entries name files and items are written back
 // relative to the playlist, the saved name's extension, finding files as the disk spells
-// them, and whether an added track's information is read at once.
+// them, whether an added track's information is read at once, and the directory scan.
 #include "playlist/Playlist.h"
 #include "playlist/TrackItem.h"
+#include "playlist/files/DirectoryScan.h"
 #include "playlist/files/EntryPath.h"
 #include "playlist/files/FileLookup.h"
 #include "playlist/files/PlaylistFormat.h"
@@ -125,6 +126,22 @@ TEST(RetrievalRule, TheSkipSettingsAndTheFileSystemDecide) {
         EXPECT_FALSE(IsOnCdrom(path)) << path;
     EXPECT_TRUE(ShouldRetrieveOnAdd(TrackRecord(dir.file("a.mp3")), skipping(false, true, true)));
     EXPECT_TRUE(ShouldRetrieveOnAdd(TrackRecord("http://host/a.mp3"), skipping(false, false, true)));
+}
+
+TEST(DirectoryScan, FilesComeGroupedByExtensionAndSubdirectoriesBreadthFirst) {
+    test::TempDir dir;
+    namespace fs = std::filesystem;
+    for (const char* sub : {"x", "x/deep", "y"}) fs::create_directories(dir.path() / sub);
+    for (const char* file : {"b.mp3", "a.wav", "c.mp3", "x/1.mp3", "x/deep/2.wav", "y/3.wav", "notes.txt"})
+        test::WriteFile(dir.file(file), "");
+    fs::create_directory_symlink(dir.path(), dir.path() / "y" / "loop");  // must not walk forever
+    using V = std::vector<std::string>;
+    EXPECT_EQ(ScanDirectory(dir.str(), false, ".mp3;.wav"),
+              (V{dir.file("b.mp3"), dir.file("c.mp3"), dir.file("a.wav")}));
+    EXPECT_EQ(ScanDirectory(dir.str(), true, ".mp3;.wav"),
+              (V{dir.file("b.mp3"), dir.file("c.mp3"), dir.file("a.wav"), dir.file("x/1.mp3"), dir.file("y/3.wav"),
+                 dir.file("x/deep/2.wav")}));
+    EXPECT_TRUE(ScanDirectory(dir.file("missing"), true, ".mp3").empty());
 }
 
 }  // namespace
