@@ -54,9 +54,10 @@ static const char* GetFileTypes(InputModule* self) {
 #if defined(TEST_MODULE_NULL_FILE_TYPES)
     return NULL;
 #elif defined(TEST_MODULE_ODD_FILE_TYPES)
-    /* Blanks around patterns, a pattern for every file, one without a wildcard, an empty
-     * piece, the same extension in capitals, and a description without its patterns. */
-    return "Odd files\0 *.odd ; *.* ;noext;;*.ODD\0Dangling description\0";
+    /* Blanks around a pattern (its extension keeps its case), a pattern for every file,
+     * one without a wildcard, an empty piece, the same extension in capitals, patterns of
+     * no plain extension, and a description without its patterns. */
+    return "Odd files\0 *.Odd ; *.* ;noext;;*.ODD;*.tar.gz;*.m?3;*.;a.mp3\0Dangling description\0";
 #else
     static char types[256];  /* "<name> files" NUL "*.a;*.b" NUL NUL */
     int at = snprintf(types, sizeof types, "%s files", TEST_MODULE_NAME) + 1;
