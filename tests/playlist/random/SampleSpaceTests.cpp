@@ -6,6 +6,8 @@
 #include "playlist/random/SampleSpaceScan.h"
 
 #include "Files.h"
+#include "PcmFixtures.h"
+#include "Process.h"
 #include "PlaylistFixtures.h"
 #include "TempDir.h"
 
@@ -23,6 +25,20 @@ namespace {
 
 namespace fs = std::filesystem;
 using Strings = std::vector<std::string>;
+
+// 16-bit stereo at 44.1 kHz.
+void WriteToneWav(const std::string& path, int milliseconds) {
+    test::WriteWav(path, 2, 44100, 16, test::Bytes16(test::Sine16(44100 * milliseconds / 1000, 2, 44100, {440.0, 660.0})));
+}
+// An MP3 made by lame from a tone, with lame's options ("--tt", "Title"); throws when lame fails.
+void EncodeMp3(const std::string& path, int milliseconds, std::vector<std::string> lameOptions) {
+    WriteToneWav(path + ".wav", milliseconds);
+    lameOptions.insert(lameOptions.begin(), {"lame", "--quiet", "--noreplaygain"});
+    lameOptions.insert(lameOptions.end(), {path + ".wav", path});
+    const test::CommandResult result = test::RunCommand(lameOptions);
+    fs::remove(path + ".wav");
+    if (result.exitCode != 0) throw std::runtime_error("lame failed for " + path + ": " + result.output);
+}
 
 class SampleSpaceFiles_ : public ::testing::Test {
 protected:
@@ -103,9 +119,9 @@ protected:
 };
 
 TEST_F(SampleSpaceBuild, TracksComeInScanOrderWithTheirInformation) {
-    test::EncodeMp3(Make("music/b.mp3"), 1500, {"--tt", "Blue in Green", "--ta", "Miles Davis", "--ty", "1959", "--tg", "Jazz"});
-    test::WriteToneWav(Make("music/a.wav"), 250);
-    test::EncodeMp3(Make("music/sub/c.mp3"), 300, {"--ta", "Muddy Waters", "--ty", "1954", "--tg", "Blues"});
+    EncodeMp3(Make("music/b.mp3"), 1500, {"--tt", "Blue in Green", "--ta", "Miles Davis", "--ty", "1959", "--tg", "Jazz"});
+    WriteToneWav(Make("music/a.wav"), 250);
+    EncodeMp3(Make("music/sub/c.mp3"), 300, {"--ta", "Muddy Waters", "--ty", "1954", "--tg", "Blues"});
     test::WriteFile(Make("music/broken.mp3"), "this is no audio at all");
     test::WriteFile(Make("music/notes.txt"), "not a track");
     for (const std::string& nothing : {std::string(), dir_.file("missing")}) {
@@ -151,8 +167,8 @@ TEST_F(SampleSpaceBuild, TracksComeInScanOrderWithTheirInformation) {
 TEST_F(SampleSpaceBuild, ConcurrentRetrievalMatchesOneThread) {
     for (int i = 0; i < 24; ++i) {
         const std::string n = std::to_string(i), name = "c/d" + std::to_string(i % 4) + "/t" + n;
-        if (i % 3 == 0) test::EncodeMp3(Make(name + ".mp3"), 300, {"--tt", "Title " + n, "--ty", n});
-        else test::WriteToneWav(Make(name + ".wav"), 50 + 10 * i);
+        if (i % 3 == 0) EncodeMp3(Make(name + ".mp3"), 300, {"--tt", "Title " + n, "--ty", n});
+        else WriteToneWav(Make(name + ".wav"), 50 + 10 * i);
     }
     test::WriteFile(Make("c/d1/bad.wav"), "RIFF but not really");
     const auto records = [&] {
@@ -186,7 +202,7 @@ TEST_F(SampleSpaceBuild, ConcurrentRetrievalMatchesOneThread) {
 }
 
 TEST_F(SampleSpaceBuild, TheBuildSeedsTheGeneratorFromTheClock) {
-    test::WriteToneWav(Make("s/x.wav"), 40);
+    WriteToneWav(Make("s/x.wav"), 40);
     SeedProcessRandom(1);
     const unsigned before = TimeSeed();  // 0..59,999 from the local time
     ASSERT_TRUE(Build(dir_.file("s"), false));

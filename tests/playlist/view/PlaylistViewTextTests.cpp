@@ -3,6 +3,7 @@
 
 #include "engine/input/InputModuleList.h"
 
+#include "PcmFixtures.h"
 #include "PlaylistFixtures.h"
 #include "TempDir.h"
 
