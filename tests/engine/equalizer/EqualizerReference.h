@@ -12,7 +12,6 @@
 namespace verdin::test {
 
 inline int64_t SampleMax(int bits) { return (int64_t{1} << (bits - 1)) - 1; }
-inline int64_t SampleMin(int bits) { return -(int64_t{1} << (bits - 1)); }
 
 inline std::vector<uint8_t> PackSamples(const std::vector<int32_t>& samples, int bits) {
     std::vector<uint8_t> out;
@@ -22,12 +21,11 @@ inline std::vector<uint8_t> PackSamples(const std::vector<int32_t>& samples, int
 }
 
 inline std::vector<int32_t> UnpackSamples(const std::vector<uint8_t>& data, int bits) {
-    const size_t bytes = static_cast<size_t>(bits / 8);
     std::vector<int32_t> out;
-    for (size_t i = 0; i + bytes <= data.size(); i += bytes) {
-        int64_t v = 0;
-        for (size_t b = 0; b < bytes; ++b) v |= int64_t{data[i + b]} << (8 * b);
-        out.push_back(static_cast<int32_t>(v > SampleMax(bits) ? v - (int64_t{1} << bits) : v));
+    for (size_t i = 0; i + bits / 8 <= data.size(); i += bits / 8) {
+        uint32_t v = 0;
+        for (int b = 0; b < bits / 8; ++b) v |= uint32_t{data[i + b]} << (8 * b + 32 - bits);
+        out.push_back(static_cast<int32_t>(v) >> (32 - bits));
     }
     return out;
 }
@@ -37,10 +35,7 @@ using DirectBlock = std::array<double, 512>;
 inline DirectBlock DirectHartley(const DirectBlock& x) {
     static const auto cas = [] {
         std::array<long double, 512> t{};
-        for (int m = 0; m < 512; ++m) {
-            const long double angle = 2 * std::numbers::pi_v<long double> * m / 512;
-            t[m] = std::cos(angle) + std::sin(angle);
-        }
+        for (int m = 0; m < 512; ++m) t[m] = std::cos(2 * std::numbers::pi_v<long double> * m / 512) + std::sin(2 * std::numbers::pi_v<long double> * m / 512);
         return t;
     }();
     DirectBlock h{};
@@ -62,11 +57,7 @@ public:
 
     std::vector<int32_t> Process(const std::vector<int32_t>& block, bool enabled, const std::array<double, 512>& gains) {
         std::vector<int32_t> out;
-        if (!enabled) {
-            out.swap(held_);
-            out.insert(out.end(), block.begin(), block.end());
-            return out;
-        }
+        if (!enabled) return out.swap(held_), out.insert(out.end(), block.begin(), block.end()), out;
         held_.insert(held_.end(), block.begin(), block.end());
         for (; held_.size() >= 512u * channels_; held_.erase(held_.begin(), held_.begin() + 256 * channels_)) {
             const size_t first = out.size();
@@ -75,18 +66,18 @@ public:
                 DirectBlock x{};
                 for (int n = 0; n < 512; ++n) x[n] = held_[n * channels_ + c];
                 DirectBlock h = DirectHartley(x);
-                h[0] *= gains[0];
-                h[256] *= gains[256];
+                h[0] *= gains[0], h[256] *= gains[256];
                 for (int k = 1; k < 256; ++k) {
                     const double re = (h[k] + h[512 - k]) * 0.5 * gains[k], im = (h[k] - h[512 - k]) * 0.5 * gains[512 - k];
-                    h[k] = re + im;
-                    h[512 - k] = re - im;
+                    h[k] = re + im, h[512 - k] = re - im;
                 }
                 const DirectBlock y = DirectHartley(h);
                 DirectBlock& previous = previous_[c];
                 if (first_) std::copy(y.begin(), y.begin() + 256, previous.begin() + 256);
-                for (int k = 0; k < 256; ++k)
-                    out[first + k * channels_ + c] = Sample((previous[256 + k] + (y[k] - previous[256 + k]) * (k / 256.0)) / 512);
+                for (int k = 0; k < 256; ++k) {
+                    const double v = std::trunc((previous[256 + k] + (y[k] - previous[256 + k]) * (k / 256.0)) / 512);
+                    out[first + k * channels_ + c] = std::isnan(v) ? 0 : static_cast<int32_t>(std::clamp(v, -1.0 - SampleMax(bits_), double(SampleMax(bits_))));
+                }
                 previous = y;
             }
             first_ = false;
@@ -95,13 +86,7 @@ public:
     }
 
 private:
-    int32_t Sample(double value) const {
-        if (std::isnan(value)) return 0;
-        return static_cast<int32_t>(std::clamp(std::trunc(value), double(SampleMin(bits_)), double(SampleMax(bits_))));
-    }
-
-    int bits_;
-    int channels_;
+    int bits_, channels_;
     std::vector<int32_t> held_;
     std::vector<DirectBlock> previous_;
     bool first_ = true;

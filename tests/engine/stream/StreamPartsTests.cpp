@@ -20,9 +20,7 @@ public:
     std::atomic<bool> inStep{false}, stopInOnStart{false}, finished{false};
 
 protected:
-    void OnStart() override {
-        if (stopInOnStart) RequestStop();
-    }
+    void OnStart() override { stopInOnStart ? RequestStop() : void(); }
     void Step() override {
         inStep = true;
         for (int i = 0; i < 300; ++i) std::this_thread::yield();
@@ -32,14 +30,13 @@ protected:
     void OnFinish() override { finished = true; }
 };
 
-TEST(WorkerThread, PauseAndStopReturnOnlyBetweenSteps) {
+TEST(WorkerThread, PausesAndStopsOnlyBetweenStepsEndsByAStepOrAStopAndStartsAgain) {
     Worker w;
     ASSERT_EQ(w.Start(0), WorkerThread::kRunning);
     for (int round = 0; round < 50; ++round) {
         while (!w.inStep) std::this_thread::yield();  // asked while a step runs
         w.Pause();
-        ASSERT_FALSE(w.inStep) << round;
-        ASSERT_EQ(w.GetState(), WorkerThread::kPaused);
+        ASSERT_TRUE(!w.inStep && w.GetState() == WorkerThread::kPaused) << round;
         const int paused = w.steps;
         w.Pause();  // already paused: returns at once
         w.Resume();
@@ -49,93 +46,62 @@ TEST(WorkerThread, PauseAndStopReturnOnlyBetweenSteps) {
     w.Resume();  // already running: returns at once
     while (!w.inStep) std::this_thread::yield();
     w.Stop();
-    EXPECT_FALSE(w.inStep);
-    EXPECT_EQ(w.GetState(), WorkerThread::kFinished);
-    EXPECT_TRUE(w.finished);
-}
+    EXPECT_TRUE(!w.inStep && w.GetState() == WorkerThread::kFinished && w.finished);
 
-TEST(WorkerThread, EndsByAStepOrAStopAndStartsAgain) {
-    Worker w;
-    w.stopInOnStart = true;  // no step runs, yet OnFinish does
+    w.stopInOnStart = true, w.finished = false, w.steps = 0;  // no step runs, yet OnFinish does
     const int32_t state = w.Start(0);
     EXPECT_TRUE(state == WorkerThread::kRunning || state == WorkerThread::kFinished);
     w.Stop();
-    EXPECT_TRUE(w.finished);
-    EXPECT_EQ(w.steps, 0);
-    w.stopInOnStart = false;
-    w.finished = false;
-    w.stopAfterSteps = 3;
+    EXPECT_TRUE(w.finished && w.steps == 0);
+    w.stopInOnStart = false, w.finished = false, w.stopAfterSteps = 3;
     w.Start(0);
     w.WaitUntilFinished();
-    EXPECT_EQ(w.steps, 3);
-    EXPECT_TRUE(w.finished);
+    EXPECT_TRUE(w.steps == 3 && w.finished);
     w.finished = false;
     w.Start(0);
     w.Pause();
     w.Stop();  // while paused
-    EXPECT_EQ(w.GetState(), WorkerThread::kFinished);
-    EXPECT_TRUE(w.finished);
-
+    EXPECT_TRUE(w.GetState() == WorkerThread::kFinished && w.finished);
     Worker here;  // on the caller's thread: no OnFinish
     here.stopAfterSteps = 4;
-    EXPECT_TRUE(here.RunHere());
-    EXPECT_EQ(here.steps, 4);
-    EXPECT_FALSE(here.finished);
+    EXPECT_TRUE(here.RunHere() && here.steps == 4 && !here.finished);
 }
 
 const PcmFormat kCd{44100, 2, 16};
 
-TEST(RingRules, LayoutSilenceAndCopies) {
-    const struct {
-        int32_t size, prefill;
-        PcmFormat format;
-        uint32_t bytes, frames, prefillFrames;
-    } layouts[] = {
-        {102400, 10, kCd, 102400, 25600, 10240},        // 10% is 2560, raised to the minimum
-        {102400, 100, kCd, 102400, 25600, 25600},
-        {512000, 50, kCd, 512000, 128000, 64000},
-        {512007, 100, kCd, 512000, 128000, 128000},     // a multiple of 8
-        {1000, 100, kCd, 102400, 25600, 25600},         // the options page's limits
-        {99999999, 100, kCd, 2048000, 512000, 512000},
-        {102400, 100, PcmFormat{8000, 1, 8}, 102400, 102400, 102400},
-        {204800, 150, kCd, 204800, 51200, 51200},       // percent clamped to 100
+TEST(RingRules, LayoutSilenceCopiesAndTheCrossfadeMix) {
+    const std::tuple<int32_t, int32_t, PcmFormat, uint32_t, uint32_t, uint32_t> layouts[] = {  // size, prefill %: bytes, frames, prefill frames
+        {102400, 10, kCd, 102400, 25600, 10240},  // 10% is 2560, raised to the minimum
+        {512000, 50, kCd, 512000, 128000, 64000}, {512007, 100, kCd, 512000, 128000, 128000},  // a multiple of 8
+        {1000, 100, kCd, 102400, 25600, 25600}, {99999999, 100, kCd, 2048000, 512000, 512000},  // the options page's limits
+        {102400, 100, PcmFormat{8000, 1, 8}, 102400, 102400, 102400}, {204800, 150, kCd, 204800, 51200, 51200},  // percent clamped to 100
     };
-    for (const auto& c : layouts) {
-        const RingLayout r = ComputeRingLayout(c.size, c.prefill, c.format);
-        EXPECT_EQ(std::tuple(r.bytes, r.frames, r.prefillFrames), std::tuple(c.bytes, c.frames, c.prefillFrames))
-            << c.size << " bytes, " << c.prefill << "%";
+    for (const auto& [size, prefill, format, bytes, frames, prefillFrames] : layouts) {
+        const RingLayout r = ComputeRingLayout(size, prefill, format);
+        EXPECT_EQ(std::tuple(r.bytes, r.frames, r.prefillFrames), std::tuple(bytes, frames, prefillFrames)) << size << " bytes, " << prefill << "%";
     }
-    EXPECT_EQ(SilenceThreshold(-100, 16), 0);
-    EXPECT_EQ(SilenceThreshold(-20, 16), 3276);
-    EXPECT_EQ(SilenceThreshold(-20, 8), 12);
-    EXPECT_EQ(SilenceThreshold(-60, 24), 8388);
+    EXPECT_EQ(std::tuple(SilenceThreshold(-100, 16), SilenceThreshold(-20, 16), SilenceThreshold(-20, 8), SilenceThreshold(-60, 24)), std::tuple(0, 3276, 12, 8388));
     const int16_t pcm[] = {0, 0, 3, -3, 0, 3277, 9, 9, -3277, 0};
     const auto* bytes = reinterpret_cast<const uint8_t*>(pcm);
-    EXPECT_EQ(FirstLoudFrame(bytes, 4, kCd, 3276), 2u);  // the right channel of frame 2
-    EXPECT_EQ(FirstLoudFrame(bytes, 4, kCd, 0), 1u);
-    EXPECT_EQ(FirstLoudFrame(bytes, 1, kCd, 0), 1u);  // all silent: the frame count
-    EXPECT_EQ(FirstLoudFrame(bytes + 16, 1, kCd, 3276), 0u);
+    // The right channel of frame 2; frame 1; all silent: the frame count; frame 0.
+    EXPECT_EQ(std::tuple(FirstLoudFrame(bytes, 4, kCd, 3276), FirstLoudFrame(bytes, 4, kCd, 0), FirstLoudFrame(bytes, 1, kCd, 0), FirstLoudFrame(bytes + 16, 1, kCd, 3276)),
+              std::tuple(2u, 1u, 1u, 0u));
     const uint8_t eight[] = {0x00, 0x05, 0x80};  // signed bytes: 0x80 (unsigned silence) is -128
     EXPECT_EQ(FirstLoudFrame(eight, 3, PcmFormat{8000, 1, 8}, 5), 2u);
-
     std::vector<uint8_t> ring(8, 0);
     const uint8_t data[] = {1, 2, 3, 4, 5, 6};
     EXPECT_EQ(CopyIntoRing(ring.data(), 8, 6, data, 6), 4u);
     EXPECT_EQ(ring, (std::vector<uint8_t>{3, 4, 5, 6, 0, 0, 1, 2}));
-}
 
-TEST(RingRules, ACrossfadeMixesExactlyItsLengthTruncatingTowardZero) {
-    // (n x L + (o - n) x r) / L with r = L..1: old +8000, new -8000, 4 frames of a 6-frame
-    // block, written from frame 14 of 16 round to frame 1.
-    std::vector<int16_t> ring(16, 8000);
+    // A crossfade mixes exactly its length, (n x L + (o - n) x r) / L with r = L..1,
+    // truncating toward zero: old +8000, new -8000, 4 frames of a 6-frame block, written
+    // from frame 14 of 16 round to frame 1; the rest is the caller's to copy.
+    std::vector<int16_t> ring16(16, 8000);
     const std::vector<int16_t> block(6, -8000);
     Crossfade fade{4, 4};
-    EXPECT_EQ(MixIntoRing(reinterpret_cast<uint8_t*>(ring.data()), 32, 28, reinterpret_cast<const uint8_t*>(block.data()),
-                          6, PcmFormat{1000, 1, 16}, fade),
-              4u);
+    EXPECT_EQ(MixIntoRing(reinterpret_cast<uint8_t*>(ring16.data()), 32, 28, reinterpret_cast<const uint8_t*>(block.data()), 6, PcmFormat{1000, 1, 16}, fade), 4u);
     EXPECT_EQ(fade.remaining, 0u);
-    EXPECT_EQ((std::vector<int16_t>{ring[14], ring[15], ring[0], ring[1], ring[2]}),
-              (std::vector<int16_t>{8000, 4000, 0, -4000, 8000}));  // the rest is the caller's to copy
+    EXPECT_EQ((std::vector<int16_t>{ring16[14], ring16[15], ring16[0], ring16[1], ring16[2]}), (std::vector<int16_t>{8000, 4000, 0, -4000, 8000}));
     // 8-bit samples are unsigned: o = 100, n = -50 give 100, (-150 + 300) / 3 = 50, 0.
     std::vector<uint8_t> ring8(4, 128 + 100);
     const std::vector<uint8_t> block8(3, 128 - 50);
@@ -144,13 +110,10 @@ TEST(RingRules, ACrossfadeMixesExactlyItsLengthTruncatingTowardZero) {
     EXPECT_EQ(ring8, (std::vector<uint8_t>{228, 178, 128, 228}));
     int16_t one = 1;
     const int16_t zero = 0;
-    Crossfade odd{3, 2};
+    Crossfade odd{3, 2}, none{0, 0};
     MixIntoRing(reinterpret_cast<uint8_t*>(&one), 2, 0, reinterpret_cast<const uint8_t*>(&zero), 1, PcmFormat{1000, 1, 16}, odd);
     EXPECT_EQ(one, 0);  // (0 + 1 x 2) / 3
-    Crossfade none{0, 0};
-    EXPECT_EQ(MixIntoRing(reinterpret_cast<uint8_t*>(&one), 2, 0, reinterpret_cast<const uint8_t*>(&zero), 1,
-                          PcmFormat{1000, 1, 16}, none),
-              0u);
+    EXPECT_EQ(MixIntoRing(reinterpret_cast<uint8_t*>(&one), 2, 0, reinterpret_cast<const uint8_t*>(&zero), 1, PcmFormat{1000, 1, 16}, none), 0u);
 }
 
 }  // namespace

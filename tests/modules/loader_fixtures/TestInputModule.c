@@ -1,15 +1,10 @@
 /*
  * A configurable input plug-in for the loader's tests, in C to keep the SDK header honest
- * about C linkage. The build gives each copy a name and the extensions it takes; the
- * flags make the broken variants.
- *
- *   TEST_MODULE_NAME                 its description and the name it reports under
- *   TEST_MODULE_EXTENSIONS           ".a,.b": IsOurFile takes these (without regard to case)
- *                                    and GetFileTypes lists "<name> files", "*.a;*.b"
- *   TEST_MODULE_WITHOUT_ENTRY_POINT  exports no entry point
- *   TEST_MODULE_RETURNS_NULL         the entry point returns NULL
- *   TEST_MODULE_NULL_FILE_TYPES      GetFileTypes returns NULL
- *   TEST_MODULE_ODD_FILE_TYPES       GetFileTypes returns an untidy list (see below)
+ * about C linkage. TEST_MODULE_NAME is its description and the name it reports under;
+ * IsOurFile takes the TEST_MODULE_EXTENSIONS (".a,.b", without regard to case), and
+ * GetFileTypes lists "<name> files", "*.a;*.b". The flags make the broken variants:
+ * TEST_MODULE_WITHOUT_ENTRY_POINT, TEST_MODULE_RETURNS_NULL (from the entry point),
+ * TEST_MODULE_NULL_FILE_TYPES and TEST_MODULE_ODD_FILE_TYPES (an untidy list, see below).
  */
 #include "TestModuleLog.h"
 
@@ -19,6 +14,8 @@
 #include <string.h>
 #include <strings.h>
 
+#pragma GCC diagnostic ignored "-Wunused-parameter"
+
 static TestModuleLog* logged;
 static void* instanceHandle;
 
@@ -26,18 +23,15 @@ static void Record(const char* event) {
     if (logged && logged->record) logged->record(logged, TEST_MODULE_NAME, event, instanceHandle);
 }
 
-static const char* GetDescription(InputModule* self) { return (void)self, TEST_MODULE_NAME; }
-static InputDecoder* OpenDecoder(InputModule* self, const char* path, uint32_t offset) { return (void)self, (void)path, (void)offset, NULL; }
-static int32_t GetFileInfo(InputModule* self, const char* path, uint32_t offset, TrackInfo* info) {
-    return (void)self, (void)path, (void)offset, (void)info, 0;
-}
-static void ShowFileInfo(InputModule* self, const char* path, uint32_t offset) { (void)self, (void)path, (void)offset; }
-static void Configure(InputModule* self) { (void)self; }
-static void About(InputModule* self) { (void)self; }
-static void Release(InputModule* self) { (void)self, Record("Release"); }
+static const char* GetDescription(InputModule* self) { return TEST_MODULE_NAME; }
+static InputDecoder* OpenDecoder(InputModule* self, const char* path, uint32_t offset) { return NULL; }
+static int32_t GetFileInfo(InputModule* self, const char* path, uint32_t offset, TrackInfo* info) { return 0; }
+static void ShowFileInfo(InputModule* self, const char* path, uint32_t offset) {}
+static void Configure(InputModule* self) {}
+static void About(InputModule* self) {}
+static void Release(InputModule* self) { Record("Release"); }
 
 static int32_t IsOurFile(InputModule* self, const char* path, uint32_t offset) {
-    (void)self, (void)offset;
     Record("IsOurFile");
     const char* dot = strrchr(path, '.');
     const size_t length = dot ? strlen(dot) : 0;
@@ -50,30 +44,24 @@ static int32_t IsOurFile(InputModule* self, const char* path, uint32_t offset) {
 }
 
 static const char* GetFileTypes(InputModule* self) {
-    (void)self;
 #if defined(TEST_MODULE_NULL_FILE_TYPES)
     return NULL;
 #elif defined(TEST_MODULE_ODD_FILE_TYPES)
-    /* Blanks around patterns, a pattern for every file, one without a wildcard, an empty
-     * piece, the same extension in capitals, and a description without its patterns. */
-    return "Odd files\0 *.odd ; *.* ;noext;;*.ODD\0Dangling description\0";
+    /* Blanks around a pattern (its extension keeps its case), a pattern for every file,
+     * one without a wildcard, an empty piece, the same extension in capitals, patterns of
+     * no plain extension, and a description without its patterns. */
+    return "Odd files\0 *.Odd ; *.* ;noext;;*.ODD;*.tar.gz;*.m?3;*.;a.mp3\0Dangling description\0";
 #else
-    static char types[256];  /* "<name> files" NUL "*.a;*.b" NUL NUL */
+    static char types[256];  /* "<name> files" NUL "*" then the extensions, each "," as ";*", NUL NUL */
     int at = snprintf(types, sizeof types, "%s files", TEST_MODULE_NAME) + 1;
-    for (const char* e = TEST_MODULE_EXTENSIONS; *e; ++e) {
-        if (*e == '.') {
-            if (types[at - 1] != '\0') types[at++] = ';';
-            types[at++] = '*';
-        }
-        if (*e != ',') types[at++] = *e;
-    }
-    types[at] = types[at + 1] = '\0';
+    types[at++] = '*';
+    for (const char* e = TEST_MODULE_EXTENSIONS; *e; ++e) at += *e == ',' ? sprintf(types + at, ";*") : sprintf(types + at, "%c", *e);
+    types[at + 1] = '\0';
     return types;
 #endif
 }
 
-static const InputModuleOps ops = {GetDescription, OpenDecoder, GetFileInfo, ShowFileInfo, IsOurFile,
-                                   GetFileTypes,   Configure,   About,       Release};
+static const InputModuleOps ops = {GetDescription, OpenDecoder, GetFileInfo, ShowFileInfo, IsOurFile, GetFileTypes, Configure, About, Release};
 static InputModule module = {&ops};
 
 #if !defined(TEST_MODULE_WITHOUT_ENTRY_POINT)
@@ -82,11 +70,10 @@ InputModule* Verdin_GetInputModule(void* instance, void* mainWindow) {
     instanceHandle = instance;
     Record("entry");
 #if defined(TEST_MODULE_RETURNS_NULL)
-    const int returnsNull = 1;
+    return (void)module, NULL;
 #else
-    const int returnsNull = 0;
+    return &module;
 #endif
-    return returnsNull ? NULL : &module;
 }
 #else
 int TestModule_NotAnInputPlugin(void) { return (int)sizeof module; } /* something to export */
