@@ -33,14 +33,14 @@ Table Values(const AnalyzerSnapshot& s, uint32_t channel, bool waveform = false)
 bool Silent(const AnalyzerSnapshot& s, uint32_t channel) { return Values(s, channel) == Table(576) && Values(s, channel, true) == Table(576); }
 
 TEST(AnalyzerSnapshot, TheSpectrumCurvesAndClipsEachChannelsLevelIsItsLogPowerAndWhatCannotBeReadIsZero) {
-    // The curve between bins: one raised bin: output 91 lies at bin 20 + 2/9 on the cubic from (100, slope 0) to
-    // (0, slope (0 - 100) / 4), which is 100 h00(t) - 25 h11(t) at t = 2/9.
+    // The curve between bins, one raised: outputs 90 to 94 lie at bins 20 + t (t = 2i/9 - 20) on the
+    // cubic from (100, slope 0) to (0, slope (0 - 100) / 4), which is 100 h00(t) - 25 h11(t).
     std::array<int32_t, kAnalyzerValues> out{};
     std::array<int32_t, kSpectrumBins> bins{};
     bins[20] = 100;
     StretchSpectrum(bins, out);
-    const double t = 2.0 / 9;
-    EXPECT_EQ(std::pair(out[90], out[91]), std::pair(100, static_cast<int32_t>(100 * (2 * t * t * t - 3 * t * t + 1) - 25 * (t * t * t - t * t))));
+    const auto cubic = [](double t) { return static_cast<int32_t>(100 * (2 * t * t * t - 3 * t * t + 1) - 25 * (t * t * t - t * t)); };
+    for (int i = 90; i < 95; ++i) EXPECT_EQ(out[i], cubic(i * 2.0 / 9 - 20)) << i;
     // Rising bins go on rising past the last bin (the final output, at bin 127.78, would
     // be above 255 before clipping); alternating extremes overshoot both ways and clip.
     for (int n = 0; n < kSpectrumBins; ++n) bins[n] = 2 * n;
