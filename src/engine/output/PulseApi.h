@@ -54,4 +54,8 @@ struct PulseApi {
 // of them). Loaded once; safe to call from any thread.
 const PulseApi* Pulse();
 
+// What a device or connection reports when Pulse() is null.
+inline constexpr const char* kPulseLibraryMissing =
+    "the PulseAudio client library (libpulse.so.0) cannot be loaded";
+
 }  // namespace verdin

@@ -26,7 +26,7 @@ int MillisecondsUntil(PulseDeadline deadline) {
 std::unique_ptr<PulseConnection> PulseConnection::Connect(PulseDeadline deadline,
                                                           std::string* error) {
     if (!Pulse()) {
-        *error = "the PulseAudio client library (libpulse.so.0) cannot be loaded";
+        *error = kPulseLibraryMissing;
         return nullptr;
     }
     std::unique_ptr<PulseConnection> c(new PulseConnection);

@@ -290,6 +290,10 @@ PulseDevice::PulseDevice(PcmFormat format, uint8_t* ring, uint32_t ringSize, int
                         static_cast<uint8_t>(format.channels)};
     for (const FormatRow& row : kFormats)
         if (row.bits == format.bitsPerSample) spec.format = row.format;
+    if (!Pulse()) {
+        openError_ = kPulseLibraryMissing;
+        return;
+    }
     if (!Pulse()->pa_sample_spec_valid(&spec)) {
         openError_ = "unsupported sample format for PulseAudio";
         return;
