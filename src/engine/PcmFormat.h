@@ -17,6 +17,13 @@ struct PcmFormat {
     bool operator==(const PcmFormat&) const = default;
 };
 
+// What the sample path carries: 8 or 16 bits, 1 or 2 channels, a rate up to 768 kHz. The
+// mixing, the silence trim and the ring's sizes rely on it.
+inline bool IsPlayableFormat(const PcmFormat& f) {
+    return (f.bitsPerSample == 8 || f.bitsPerSample == 16) && (f.channels == 1 || f.channels == 2) &&
+           f.sampleRate > 0 && f.sampleRate <= 768000;
+}
+
 // The format a track's information record announces.
 PcmFormat FormatOf(const TrackInfo& info);
 

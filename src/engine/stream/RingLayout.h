@@ -7,7 +7,7 @@
 namespace verdin {
 
 struct RingLayout {
-    uint32_t bytes = 0;          // ring size: a multiple of 8 (and so of every frame size)
+    uint32_t bytes = 0;          // ring size: a multiple of 8 and of the frame size
     uint32_t frames = 0;         // ringFrames = bytes / bytes per frame
     uint32_t prefillFrames = 0;  // max(10240, prefill% x ringFrames / 100)
 };
