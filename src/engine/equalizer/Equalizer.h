@@ -63,6 +63,10 @@ public:
     // little-endian, 1 or 2 channels; anything else is passed through unchanged. A change
     // of format drops the held frames and starts afresh.
     uint32_t Process(uint8_t* pcm, uint32_t bytes, uint32_t bitsPerSample, uint32_t channels);
+    // Forgets the held frames and the previous block, as a change of format does: the
+    // next block starts afresh (a seek must not play sound from before it). Stream
+    // thread, or while that thread is held.
+    void Restart() { heldBits_ = heldChannels_ = 0; }
     // Whether the last Process call took the switched-off path and returned frames.
     bool ReturnedFrameCount() const { return returnedFrames_; }
 
