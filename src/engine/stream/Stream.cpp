@@ -49,6 +49,11 @@ bool Stream::OpenStream(const std::string& path, Stream* previous) {
     }
     info_ = probe.info;
     format_ = FormatOf(info_);
+    if (!IsPlayableFormat(format_)) {
+        Fail("\"" + path + "\"\nhas a sample format that cannot be played (" + std::to_string(format_.bitsPerSample) +
+             " bits, " + std::to_string(format_.channels) + " channels).");
+        return false;
+    }
     ring_ = ComputeRingLayout(options_.bufferSize, options_.bufferPrefill, format_);
 
     const uint64_t rate = format_.sampleRate;
@@ -98,7 +103,7 @@ bool Stream::StartStream(const OutputTarget& target) {
     if (Failed()) return false;
     if (path_ == kNullTrack || !decoder_) {
         // Nothing to hear: no device is opened, the thread ends at once.
-        Start(options_.playerThreadPriority);
+        Start(threadPriority_);
         return true;
     }
     OutputResult made = MakeStreamOutput(target, format_, ring_.bytes);
@@ -113,7 +118,7 @@ bool Stream::StartStream(const OutputTarget& target) {
     refilling_.store(true, std::memory_order_release);
     output_.store(made.output.release(), std::memory_order_release);
     outputStarted_.store(true, std::memory_order_release);
-    Start(options_.playerThreadPriority);
+    Start(threadPriority_);
     return true;
 }
 
@@ -175,7 +180,8 @@ void Stream::ContinueStream(Stream* previous, bool crossfade) {
     previous->output_.store(nullptr, std::memory_order_release);
     outputStarted_.store(true, std::memory_order_release);
     previous->handedOverTo_.store(this, std::memory_order_release);
-    Start(options_.playerThreadPriority);
+    threadPriority_ = previous->threadPriority_;  // runs at the priority of the stream it continues
+    Start(threadPriority_);
 }
 
 void Stream::CloseStream() {
@@ -194,19 +200,18 @@ void Stream::CloseStream() {
     outputStarted_.store(false, std::memory_order_release);
 }
 
-void Stream::SetEqualizerEnabled(bool enabled) {
-    for (Stream* s = this; s; s = s->NextStream()) {
-        if (s->decoder_ && s->decoder_->ops && s->decoder_->ops->SetEqualizerEnabled)
-            s->decoder_->ops->SetEqualizerEnabled(s->decoder_, enabled);
-        if (s->equalizer_) s->equalizer_->SetEqualizerEnabled(enabled);
-    }
-}
-
-void Stream::SetEqualizerValues(const EqualizerValues& values) {
+void Stream::SetEqualizer(bool enabled, const EqualizerValues& values) {
+    // The gains go first: a stream thread that sees the new switch state (acquire) sees
+    // them too, so no block is equalized with the old gains after the switch.
     for (Stream* s = this; s; s = s->NextStream()) {
         if (s->decoder_ && s->decoder_->ops && s->decoder_->ops->SetEqualizerValues)
             s->decoder_->ops->SetEqualizerValues(s->decoder_, &values);
-        if (s->equalizer_) s->equalizer_->SetEqualizerValues(values, s->format_.sampleRate);
+        if (s->decoder_ && s->decoder_->ops && s->decoder_->ops->SetEqualizerEnabled)
+            s->decoder_->ops->SetEqualizerEnabled(s->decoder_, enabled);
+        if (s->equalizer_) {
+            s->equalizer_->SetEqualizerValues(values, s->format_.sampleRate);
+            s->equalizer_->SetEqualizerEnabled(enabled);
+        }
     }
 }
 
@@ -226,6 +231,7 @@ void Stream::SeekStream(uint32_t milliseconds) {
     if (userPaused) device->Pause();
     device->Pause();  // silent until the buffer is filled again
     ResetCounters();
+    if (equalizer_) equalizer_->Restart();
     pauseBytes_ = PauseBytes();
     seekBaseMs_.store(reached, std::memory_order_release);
     refilling_.store(true, std::memory_order_release);

@@ -62,10 +62,9 @@ public:
     // this stream still owns is closed.
     void CloseStream();
 
-    // Equalizer changes, given to every stream of the chain that starts here (through the
-    // next links) and to each one's decoder.
-    void SetEqualizerEnabled(bool enabled);
-    void SetEqualizerValues(const EqualizerValues& values);
+    // The equalizer's switch and gains, given together to every stream of the chain that
+    // starts here (through the next links) and to each one's decoder.
+    void SetEqualizer(bool enabled, const EqualizerValues& values);
 
     // Moves playback to a position in milliseconds (clamped to the duration), when the
     // output has started, the track is seekable, the thread runs and no earlier seek is
@@ -152,6 +151,10 @@ private:
 
     const InputModuleList& modules_;
     const StreamOptions options_;
+    // The priority step this stream's thread runs at: the setting's, or the previous
+    // stream's when it continues one. Written before the thread starts; read by the
+    // thread of a stream that continues this one.
+    int threadPriority_ = options_.playerThreadPriority;
 
     // Set up on the user-interface thread before the thread starts; read-only afterwards.
     std::string path_;
