@@ -94,7 +94,7 @@ uint PlayerObject::Position() {
 void PlayerObject::SavePlaylist(const QString& path) {
     application_.EnsureStarted();
     const std::string name = path.toStdString();
-    const std::string_view extension = ExtensionOf(name.substr(name.rfind('/') == std::string::npos ? 0 : name.rfind('/')));
+    const std::string_view extension = ExtensionOf(std::string_view(name).substr(name.rfind('/') == std::string::npos ? 0 : name.rfind('/')));
     PlaylistFormat format = PlaylistFormat::kVdp;
     if (EqualsIgnoreCase(extension, ".m3u")) format = PlaylistFormat::kM3u;
     else if (EqualsIgnoreCase(extension, ".pls")) format = PlaylistFormat::kPls;
