@@ -91,7 +91,7 @@ void Player::ExecuteCommandText(std::string_view text) {
 
 bool Player::ResetAllOptions() {
     if (!core_.host_.AskYesNo("Do you really want to reset all options (including window positions and such)?",
-                              MessageIcon::kQuestion))
+                              MessageIcon::kQuestion, Unanswered::kYes))
         return false;
     ChangeSettings([this](Settings& settings) { SetDefaults(settings, Environment()); });
     return true;
@@ -99,7 +99,8 @@ bool Player::ResetAllOptions() {
 
 void Player::Quit() {
     if (HasUnsavedPlaylists(List()) &&
-        !core_.host_.AskYesNo("The main playlist contains unsaved playlist(s).\nQuit anyway?", MessageIcon::kWarning))
+        !core_.host_.AskYesNo("The main playlist contains unsaved playlist(s).\nQuit anyway?", MessageIcon::kWarning,
+                              Unanswered::kNo))
         return;
     core_.host_.Quit();
 }

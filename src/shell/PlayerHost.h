@@ -9,13 +9,17 @@ namespace verdin {
 
 enum class MessageIcon { kInformation, kWarning, kError, kQuestion };
 
+// The answer a question takes where nobody can answer it (no window): Yes for what a
+// command asked for on purpose, No where Yes would lose the user's unsaved work.
+enum class Unanswered { kYes, kNo };
+
 class PlayerHost {
 public:
     virtual ~PlayerHost() = default;
     // A message box captioned "Verdin".
     virtual void ShowMessage(std::string_view text, MessageIcon icon) = 0;
     // A Yes/No question captioned "Verdin"; true for Yes.
-    virtual bool AskYesNo(std::string_view text, MessageIcon icon) = 0;
+    virtual bool AskYesNo(std::string_view text, MessageIcon icon, Unanswered unanswered) = 0;
     // The progress tick (100 ms) and the display tick (10 ms) start or stop.
     virtual void SetTimersRunning(bool running) = 0;
     // What was announced is drawn right now: the thread blocks next (building the sample

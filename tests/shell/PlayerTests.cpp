@@ -21,7 +21,7 @@ public:
     std::vector<std::string> said;  // messages, questions and the commands said to need a window
     int quits = 0;
     void ShowMessage(std::string_view text, MessageIcon) override { said.emplace_back(text); }
-    bool AskYesNo(std::string_view text, MessageIcon) override {
+    bool AskYesNo(std::string_view text, MessageIcon, Unanswered) override {
         said.emplace_back(text);
         return true;
     }

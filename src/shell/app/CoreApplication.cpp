@@ -135,10 +135,11 @@ void CoreApplication::ShowMessage(std::string_view text, MessageIcon) {
     std::fprintf(stderr, "Verdin: %s\n", OneLine(text).c_str());
 }
 
-bool CoreApplication::AskYesNo(std::string_view text, MessageIcon icon) {
-    // Without a window nobody can answer: the command that asks was given on purpose.
-    ShowMessage(std::string(text) + " Yes", icon);
-    return true;
+bool CoreApplication::AskYesNo(std::string_view text, MessageIcon icon, Unanswered unanswered) {
+    // Without a window nobody can answer: the question is printed with the answer taken.
+    const bool yes = unanswered == Unanswered::kYes;
+    ShowMessage(std::string(text) + (yes ? " Yes" : " No"), icon);
+    return yes;
 }
 
 void CoreApplication::SetTimersRunning(bool running) {

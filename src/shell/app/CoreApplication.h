@@ -51,7 +51,7 @@ public:
 
     // PlayerHost, headless: boxes become lines on standard error.
     void ShowMessage(std::string_view text, MessageIcon icon) override;
-    bool AskYesNo(std::string_view text, MessageIcon icon) override;
+    bool AskYesNo(std::string_view text, MessageIcon icon, Unanswered unanswered) override;
     void SetTimersRunning(bool running) override;
     void RefreshNow() override;
     void WindowCommandUnavailable(std::string_view command) override;

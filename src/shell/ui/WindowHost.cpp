@@ -27,7 +27,7 @@ void WindowApplication::ShowMessage(std::string_view text, MessageIcon icon) {
     ShowMessageBox(DialogOwner(), text, icon);
 }
 
-bool WindowApplication::AskYesNo(std::string_view text, MessageIcon icon) {
+bool WindowApplication::AskYesNo(std::string_view text, MessageIcon icon, Unanswered) {
     return AskYesNoBox(DialogOwner(), text, icon);
 }
 

@@ -29,7 +29,7 @@ public:
 
     // PlayerHost with windows.
     void ShowMessage(std::string_view text, MessageIcon icon) override;
-    bool AskYesNo(std::string_view text, MessageIcon icon) override;
+    bool AskYesNo(std::string_view text, MessageIcon icon, Unanswered unanswered) override;
     void RefreshNow() override;
     void WindowCommandUnavailable(std::string_view command) override;
     bool DispatchCommand(uint32_t id) override;
