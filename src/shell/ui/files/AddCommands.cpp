@@ -79,7 +79,13 @@ void AddCommands::DropNames(const std::vector<std::string>& names) {
     Queue(names, true, -1, false);
 }
 
-AddCommands::~AddCommands() = default;
+AddCommands::AddCommands(Player& player, QWidget& dialogOwner) : player_(player), owner_(dialogOwner) {
+    listener_ = player_.Listen([this](unsigned changes) {
+        if (changes & kListReplaced) pending_.clear();
+    });
+}
+
+AddCommands::~AddCommands() { player_.StopListening(listener_); }
 
 void AddCommands::Open(const std::vector<std::string>& paths) {
     player_.ClearList();

@@ -8,7 +8,7 @@
 // Directories are scanned first; the files then go into the list in slices, one slice
 // per turn of the event loop, so that ten thousand files never hold the window still
 // (their information is read afterwards, on worker threads). Additions queue up and run
-// in the order they were asked for.
+// in the order they were asked for, until the list is replaced.
 #include <QList>
 #include <QObject>
 #include <QUrl>
@@ -28,7 +28,9 @@ public:
     // Files added per turn of the event loop.
     static constexpr size_t kSlice = 256;
 
-    AddCommands(Player& player, QWidget& dialogOwner) : player_(player), owner_(dialogOwner) {}
+    // Listens to the player: when the list is replaced as a whole (Open, "/PLAY", New),
+    // what was still waiting to go into the old list is dropped.
+    AddCommands(Player& player, QWidget& dialogOwner);
     ~AddCommands();
 
     // Whether names are still waiting to go into the list.
@@ -75,6 +77,7 @@ private:
     QWidget& owner_;
     std::function<void()> idle_;
     std::deque<Addition> pending_;
+    int listener_ = -1;
     QObject sliceContext_;  // the next slice's timer dies with the commands
 };
 
