@@ -81,13 +81,17 @@ void EqualizerPresetList::Remove(size_t index) {
     else if (current_ > static_cast<int>(index)) --current_;
 }
 
+int EqualizerPresetList::PresetForTrack(const std::string& path) const {
+    for (size_t i = 0; i < presets_.size(); ++i)
+        if (presets_[i].FindLink(path) >= 0) return static_cast<int>(i);
+    for (size_t i = 0; i < presets_.size(); ++i)
+        if (presets_[i].isDefault) return static_cast<int>(i);
+    return -1;
+}
+
 bool EqualizerPresetList::ChooseForTrack(const std::string& path, std::array<int32_t, 16>& bands,
                                          int32_t& preAmp) {
-    int chosen = -1;
-    for (size_t i = 0; i < presets_.size() && chosen < 0; ++i)
-        if (presets_[i].FindLink(path) >= 0) chosen = static_cast<int>(i);
-    for (size_t i = 0; i < presets_.size() && chosen < 0; ++i)
-        if (presets_[i].isDefault) chosen = static_cast<int>(i);
+    const int chosen = PresetForTrack(path);
     if (chosen < 0) return false;
     current_ = chosen;
     bands = presets_[static_cast<size_t>(chosen)].bands;

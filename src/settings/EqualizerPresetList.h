@@ -45,9 +45,11 @@ public:
     // Removes the preset at index; the current preset is kept when it is another one.
     void Remove(size_t index);
 
-    // Chooses the preset for a track: the first preset (in list order) with a link equal
-    // to path (byte-wise), else the first default preset. On a choice the preset becomes
-    // current and its gains are copied to bands and preAmp; returns whether one was chosen.
+    // The preset for a track: the first preset (in list order) with a link equal to path
+    // (byte-wise), else the first default preset; -1 for none.
+    int PresetForTrack(const std::string& path) const;
+    // Chooses PresetForTrack: on a choice the preset becomes current and its gains are
+    // copied to bands and preAmp; returns whether one was chosen.
     bool ChooseForTrack(const std::string& path, std::array<int32_t, 16>& bands, int32_t& preAmp);
 
 private:

@@ -63,6 +63,12 @@ bool Playback::PrepareSampleSpace(bool keepRandomEntries) {
 
 std::unique_ptr<Stream> Playback::MakeStream(const std::string& path, Stream* previous) {
     StreamOptions options = StreamOptionsFrom(settings_);
+    // A track prepared while another plays equalizes with its linked preset from its first
+    // block; the settings take that preset only when the track is heard (ApplyPresetLink).
+    if (const int preset = settings_.usePresetLinks ? settings_.presets.PresetForTrack(path) : -1; preset >= 0) {
+        const EqualizerPreset& linked = settings_.presets.At(static_cast<size_t>(preset));
+        options.equalizerValues = MakeEqualizerRecord(linked.bands, linked.preAmp, settings_.loudness != 0);
+    }
     if (dsp_) options.dsp = DspHook{dsp_->HookContext(), &DspHost::Process};
     auto stream = std::make_unique<Stream>(modules_, options);
     stream->OpenStream(path, previous);
@@ -72,7 +78,7 @@ std::unique_ptr<Stream> Playback::MakeStream(const std::string& path, Stream* pr
 void Playback::ApplyPresetLink(const std::string& path) {
     if (!settings_.usePresetLinks) return;
     if (!settings_.presets.ChooseForTrack(path, settings_.equalizerValues, settings_.preAmp)) return;
-    if (current_) current_->SetEqualizerValues(EqualizerRecordOf(settings_));
+    if (current_) current_->SetEqualizer(settings_.equalize != 0, EqualizerRecordOf(settings_));
 }
 
 void Playback::TrackStarted(std::pair<int, int> range) {
@@ -195,11 +201,9 @@ void Playback::ApplyVolume() {
 }
 
 void Playback::ApplyEqualizer(bool enabled, const EqualizerValues& values) {
-    for (Stream* stream : {current_.get(), next_.get()}) {
-        if (!stream) continue;
-        stream->SetEqualizerEnabled(enabled);
-        stream->SetEqualizerValues(values);
-    }
+    // The next stream is linked to the current one, or not yet: both are told.
+    for (Stream* stream : {current_.get(), next_.get()})
+        if (stream) stream->SetEqualizer(enabled, values);
 }
 
 // The row after the current one in the play order, its track set up and linked to the
@@ -211,7 +215,6 @@ void Playback::PrepareNextStream() {
     if (row < 0 || !current_) return;
     const TrackRecord* record = list_.TrackToPlay(row);
     const std::string path = record ? record->FullName() : std::string(Stream::kNullTrack);
-    if (settings_.usePresetLinks) settings_.presets.ChooseForTrack(path, settings_.equalizerValues, settings_.preAmp);
     auto stream = MakeStream(path, current_.get());
     if (stream->Failed() || current_->NextStream() != stream.get()) {
         // Not linked (another sample format, an unknown format): the current track ends
