@@ -201,13 +201,14 @@ void Stream::CloseStream() {
 }
 
 void Stream::SetEqualizer(bool enabled, const EqualizerValues& values) {
-    // The gains go first: a stream thread that sees the new switch state (acquire) sees
-    // them too, so no block is equalized with the old gains after the switch.
+    // A decoder gets the switch, then the values, as its interface promises. Our own
+    // equalizer gets the gains first: a stream thread that sees the new switch state
+    // (acquire) sees them too, so no block is equalized with the old gains after it.
     for (Stream* s = this; s; s = s->NextStream()) {
-        if (s->decoder_ && s->decoder_->ops && s->decoder_->ops->SetEqualizerValues)
-            s->decoder_->ops->SetEqualizerValues(s->decoder_, &values);
         if (s->decoder_ && s->decoder_->ops && s->decoder_->ops->SetEqualizerEnabled)
             s->decoder_->ops->SetEqualizerEnabled(s->decoder_, enabled);
+        if (s->decoder_ && s->decoder_->ops && s->decoder_->ops->SetEqualizerValues)
+            s->decoder_->ops->SetEqualizerValues(s->decoder_, &values);
         if (s->equalizer_) {
             s->equalizer_->SetEqualizerValues(values, s->format_.sampleRate);
             s->equalizer_->SetEqualizerEnabled(enabled);
