@@ -87,6 +87,8 @@ public:
     // The failure text; valid once Failed() is true.
     const std::string& ErrorText() const { return errorText_; }
     bool OutputStarted() const { return outputStarted_.load(std::memory_order_acquire); }
+    // The priority step its thread runs at (see threadPriority_).
+    int ThreadPriority() const { return threadPriority_; }
     bool EndOfTrack() const { return endOfTrack_.load(std::memory_order_acquire); }
     // The stream that took this stream's device over when this track ended, or null.
     Stream* HandedOverTo() const { return handedOverTo_.load(std::memory_order_acquire); }

@@ -150,10 +150,13 @@ TEST(StreamToFile, LeadingSilenceIsSkippedAndTrailingSilenceCutDownToTheMargin) 
 
 TEST(StreamToFile, ASeekGoesOnWithTheFrameItReports) {
     // Seeking while the user's pause holds the file device: the file holds whatever was
-    // written before the seek (the device resumes for it), then the track from 2 s on.
+    // written before the seek (the device resumes for it), then the track from 2 s on;
+    // nothing the equalizer held from before the seek plays after it.
     TempDir dir;
     const auto tone = Sine16(300000, 2, 44100, {440.0, 660.0});
-    auto stream = Open(Wav(dir, "a.wav", tone), Plain());
+    StreamOptions options = Plain();
+    options.equalizerEnabled = true;  // all gains 0 dB
+    auto stream = Open(Wav(dir, "a.wav", tone), options);
     stream->PausePlayback();
     ASSERT_TRUE(stream->StartStream(FileTarget(dir)));
     const int64_t ringFrames = stream->Ring().frames;
@@ -209,6 +212,34 @@ TEST(StreamToFile, WhatCannotBePlayedIsNotPlayed) {
     EXPECT_TRUE(null.StartStream(FileTarget(empty)));
     null.WaitUntilFinished();
     EXPECT_FALSE(null.OutputStarted() || test::FileExists(empty.file("1. out.wav")));
+
+    // A module may report any format; one the sample path cannot carry is refused before
+    // a ring is made for it.
+    InputModuleList odd;
+    ASSERT_EQ(odd.LoadInputModules(VERDIN_ODD_FORMAT_MODULES, nullptr), 1u);
+    for (const auto& [channels, bits] : {std::pair{3, 16}, {2, 24}, {6, 8}}) {
+        const std::string path = dir.file(std::to_string(channels) + "x" + std::to_string(bits) + ".odd");
+        test::WriteFile(path, {char(channels), char(bits)});
+        Stream refused(odd, Plain());
+        EXPECT_FALSE(refused.OpenStream(path, nullptr) || refused.StartStream(FileTarget(empty)));
+        EXPECT_EQ(refused.ErrorText(), "\"" + path + "\"\nhas a sample format that cannot be played (" + std::to_string(bits) +
+                                           " bits, " + std::to_string(channels) + " channels).");
+    }
+}
+
+TEST(StreamToFile, AContinuedStreamRunsAtThePriorityOfTheOneItContinues) {
+    TempDir dir;
+    StreamOptions first = Plain(), second = Plain();
+    first.playerThreadPriority = 1, second.playerThreadPriority = -2;
+    auto held = Open(Wav(dir, "long.wav", Constant(200000, 3)), first);  // longer than the ring
+    held->PausePlayback();
+    ASSERT_TRUE(held->StartStream(FileTarget(dir)));
+    auto next = Open(Wav(dir, "short.wav", Constant(1000, 1)), second, held.get());
+    held->ResumePlayback();
+    held->WaitUntilFinished();
+    next->WaitUntilFinished();
+    EXPECT_EQ(held->HandedOverTo(), next.get());
+    EXPECT_EQ(next->ThreadPriority(), 1);
 }
 
 // A stream on a private sound server that dies while the stream plays.

@@ -75,6 +75,7 @@ TEST(RingRules, LayoutSilenceCopiesAndTheCrossfadeMix) {
         {512000, 50, kCd, 512000, 128000, 64000}, {512007, 100, kCd, 512000, 128000, 128000},  // a multiple of 8
         {1000, 100, kCd, 102400, 25600, 25600}, {99999999, 100, kCd, 2048000, 512000, 512000},  // the options page's limits
         {102400, 100, PcmFormat{8000, 1, 8}, 102400, 102400, 102400}, {204800, 150, kCd, 204800, 51200, 51200},  // percent clamped to 100
+        {102400, 10, PcmFormat{8000, 3, 24}, 102393, 11377, 10240},  // whole frames for a frame that does not divide 8
     };
     for (const auto& [size, prefill, format, bytes, frames, prefillFrames] : layouts) {
         const RingLayout r = ComputeRingLayout(size, prefill, format);
