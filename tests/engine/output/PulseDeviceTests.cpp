@@ -1,8 +1,10 @@
 // The PulseAudio device against a private server with a null sink whose monitor is
 // recorded. A tone played whole across tracks and round the ring is the stream's tests'
 // (tests/engine/stream, tests/system); here what only the device decides.
+#include "engine/output/PulseApi.h"
 #include "engine/output/PulseConnection.h"
 #include "engine/output/PulseDevice.h"
+#include "engine/stream/StreamOutput.h"
 
 #include "DeviceTestKit.h"
 #include "TempDir.h"
@@ -134,6 +136,23 @@ TEST(PulseDeviceWithoutServer, OpeningFailsSoonWhenNoServerAnswers) {
     if (saved) setenv("PULSE_SERVER", restore.c_str(), 1);
     else unsetenv("PULSE_SERVER");
     close(fd);
+}
+
+// Run by its own test entry, with a stand-in "libpulse.so.0" that has none of the
+// library's functions first on the loader's path: a machine without the sound server's
+// client library.
+TEST(PulseDeviceWithoutLibrary, OpeningFailsWithAReasonAndTheStreamSaysSo) {
+    if (!std::getenv("VERDIN_TEST_WITHOUT_LIBPULSE")) GTEST_SKIP() << "needs the stand-in library";
+    uint8_t ring[4096] = {};
+    PulseDevice device(kCd, ring, sizeof ring, 0, 0);
+    EXPECT_FALSE(device.IsOpen());
+    EXPECT_EQ(device.ErrorText(), kPulseLibraryMissing);
+    EXPECT_TRUE(ListPulseDevices().empty());
+    OutputTarget target;
+    target.kind = OutputTarget::kSoundServer;
+    const OutputResult made = MakeStreamOutput(target, kCd, sizeof ring);
+    EXPECT_FALSE(made.output);
+    EXPECT_EQ(made.errorText, "Failed to initialize DirectSound playback.");
 }
 
 }  // namespace
