@@ -13,7 +13,29 @@ cmake --build build -j"$(nproc)"
 home="$PWD/build/run-home"
 mkdir -p "$home/config" "$home/data"
 export XDG_CONFIG_HOME="$home/config" XDG_DATA_HOME="$home/data"
+demo="$PWD/build/share/verdin/demo/Verdin Demo.vdp"
+if [ $# -eq 0 ] && ! pactl info >/dev/null 2>&1 && ! aplay -l 2>/dev/null | grep -q '^card '; then
+  # Nothing to play on: the demo goes through the player's WAV-file output instead, with
+  # settings of its own so that the user's stay as they are.
+  out="$PWD/build/demo-out"
+  cat >&2 <<EOF
+Verdin: no sound output was found: no sound server answers and ALSA lists no sound card.
+  To hear Verdin, start a sound server ("pulseaudio --start", or PipeWire with
+  pipewire-pulse) or connect a sound card, then run scripts/run.sh again.
+  Meanwhile the demo is written as WAV files into $out/.
+EOF
+  demo_home="$PWD/build/demo-home"
+  mkdir -p "$out" "$demo_home/config/Brimfell" "$demo_home/data"
+  # The output type is stored as its 4 bytes (1: decode to WAV files).
+  printf '[General]\noutputType=@ByteArray(\\x1\\0\\0\\0)\ndecodeDirectory=%s\n' "$out" \
+    >"$demo_home/config/Brimfell/Verdin.conf"
+  XDG_CONFIG_HOME="$demo_home/config" XDG_DATA_HOME="$demo_home/data" \
+    build/bin/verdin --headless --quit-after-play /PLAY "$demo"
+  echo "Verdin: the demo is in $out:" >&2
+  ls -1 "$out" >&2
+  exit 0
+fi
 if [ $# -eq 0 ]; then
-  set -- /PLAY "$PWD/build/share/verdin/demo/Verdin Demo.vdp"
+  set -- /PLAY "$demo"
 fi
 exec build/bin/verdin "$@"

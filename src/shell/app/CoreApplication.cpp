@@ -78,7 +78,7 @@ void CoreApplication::StartUp(void* mainWindow) {
         // The command line asked for something to play and nothing plays (nothing to
         // play, or it could not start): the run is over. Without a command line the
         // player waits for commands and ends when what they start has played.
-        QTimer::singleShot(0, this, [this] { QuitNow(); });
+        QTimer::singleShot(0, this, [this] { QuitAfterPlay(); });
     }
 }
 
@@ -117,6 +117,13 @@ void CoreApplication::Quit() {
 
 void CoreApplication::QuitNow() { Quit(); }
 
+void CoreApplication::QuitAfterPlay() {
+    // A run that was to play something and reported an error ends with a failure status,
+    // so that a script can tell (no sound device, an unreadable file).
+    TearDownOnce();
+    QCoreApplication::exit(errorReported_ ? kPlayFailedCode : kQuitCode);
+}
+
 bool CoreApplication::DispatchCommand(uint32_t id) { return core_->Face().Execute(id); }
 
 void CoreApplication::WatchSignals() {
@@ -127,10 +134,11 @@ void CoreApplication::WatchSignals() {
 void CoreApplication::ProgressTick() {
     if (core_->Face().Playing()) playedSomething_ = true;
     core_->ProgressTick();
-    if (options_.quitAfterPlay && playedSomething_ && !core_->Face().Playing()) QuitNow();
+    if (options_.quitAfterPlay && playedSomething_ && !core_->Face().Playing()) QuitAfterPlay();
 }
 
-void CoreApplication::ShowMessage(std::string_view text, MessageIcon) {
+void CoreApplication::ShowMessage(std::string_view text, MessageIcon icon) {
+    if (icon == MessageIcon::kError) errorReported_ = true;
     if (terminal_ && !lastProgressLine_.empty()) std::fputs("\n", stdout), lastProgressLine_.clear();
     std::fprintf(stderr, "Verdin: %s\n", OneLine(text).c_str());
 }

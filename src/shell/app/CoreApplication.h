@@ -26,6 +26,8 @@ public:
     // The exit code of the player's own quit; a quit with any other code (0 from plug-in
     // code) does not end the program.
     static constexpr int kQuitCode = 204;
+    // The exit status of a --quit-after-play run that reported an error.
+    static constexpr int kPlayFailedCode = 1;
 
     explicit CoreApplication(RunOptions options, QObject* parent = nullptr);
     ~CoreApplication() override;
@@ -76,6 +78,8 @@ protected:
 private:
     void WatchSignals();
     void ShowProgressLine();
+    // The end of a --quit-after-play run: status 0, or kPlayFailedCode after an error.
+    void QuitAfterPlay();
 
     RunOptions options_;
     Settings settings_;
@@ -86,6 +90,7 @@ private:
     bool startUpScheduled_ = false;
     void* startUpWindow_ = nullptr;
     bool playedSomething_ = false;
+    bool errorReported_ = false;  // an error message was shown (headless: printed)
     bool terminal_ = false;
     std::string lastProgressLine_;
 };
