@@ -5,6 +5,7 @@
 #include "shell/ui/MainWindow.h"
 #include "shell/ui/WindowHost.h"
 #include "shell/ui/dialogs/Dialogs.h"
+#include "shell/ui/dialogs/common/KeptRow.h"
 #include "shell/ui/files/FileDialogs.h"
 #include "shell/ui/playlist/PlaylistView.h"
 
@@ -80,12 +81,13 @@ void WindowCommands::Toggle(int32_t Settings::*setting) {
 void WindowCommands::SaveSelectedPlaylist(int row) {
     const ConstRowRef ref = player_.List().ItemAtRow(row);
     if (!ref || ref.item->Kind() != ItemKind::kPlaylist) return;
+    const KeptRow kept(player_, row);
     std::string directory = player_.GetSettings().initialDirectory;
     const std::optional<PlaylistSaveChoice> choice = AskPlaylistFile(Owner(), directory);
     if (!choice) return;
     if (directory != player_.GetSettings().initialDirectory)
         player_.ChangeSettings([&](Settings& settings) { settings.initialDirectory = directory; });
-    player_.SavePlaylist(row, choice->fileName, choice->format);
+    if (kept.Row() >= 0) player_.SavePlaylist(kept.Row(), choice->fileName, choice->format);
 }
 
 void WindowCommands::Find(bool askFirst) {

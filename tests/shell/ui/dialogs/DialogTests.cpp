@@ -17,6 +17,7 @@
 #include "shell/ui/dialogs/properties/GeneralPageText.h"
 #include "shell/ui/dialogs/properties/RandomEntryDialog.h"
 #include "shell/ui/dialogs/properties/TagPage.h"
+#include "shell/ui/dialogs/common/KeptRow.h"
 #include "shell/ui/dialogs/properties/TrackPropertiesDialog.h"
 #include "tags/FrameValues.h"
 #include "tags/TagReader.h"
@@ -384,7 +385,8 @@ private slots:
         QVERIFY2(lame.exitCode == 0, lame.output.c_str());
         s.player.AddPaths({mp3}, -1);
         QCOMPARE(s.player.TrackTitle(Track(s.player, 0)), std::string("Someone - Before"));
-        TrackPropertiesDialog dialog(s.owner, s.player, 0, Track(s.player, 0));
+        KeptRow kept(s.player, 0);
+        TrackPropertiesDialog dialog(s.owner, s.player, kept, Track(s.player, 0));
         auto* frames = dialog.Tags()->findChild<QTreeWidget*>(QStringLiteral("frames"));
         frames->setCurrentItem(frames->findItems(QStringLiteral("PICTURE"), Qt::MatchExactly).value(0));
         {

@@ -5,15 +5,16 @@
 #include "shell/Player.h"
 #include "shell/ui/MessageBoxes.h"
 #include "shell/ui/dialogs/Dialogs.h"
+#include "shell/ui/dialogs/common/KeptRow.h"
 #include "shell/ui/dialogs/properties/RandomEntryDialog.h"
 #include "shell/ui/dialogs/properties/TrackPropertiesDialog.h"
 
 namespace verdin {
 
-bool PrepareTrackForProperties(QWidget* parent, Player& player, int row, const TrackRecord& track) {
+bool PrepareTrackForProperties(QWidget* parent, Player& player, const KeptRow& kept, const TrackRecord& track) {
     if (!track.InfoRetrieved()) {
-        if (!AskYesNoBox(parent, kRetrieveQuestion, MessageIcon::kQuestion)) return false;
-        player.RereadTrack(row);
+        if (!AskYesNoBox(parent, kRetrieveQuestion, MessageIcon::kQuestion) || kept.Row() < 0) return false;
+        player.RereadTrack(kept.Row());
     }
     if (!track.Exists()) {
         ShowMessageBox(parent, kUnknownFileFormat, MessageIcon::kError);
@@ -44,8 +45,9 @@ void ShowTrackProperties(QWidget* parent, Player& player, int row) {
     }
     if (ref.item->Kind() != ItemKind::kTrack) return;
     const TrackRecord& track = static_cast<const TrackItem*>(ref.item)->Track();
-    if (!PrepareTrackForProperties(parent, player, row, track)) return;
-    TrackPropertiesDialog dialog(parent, player, row, track);
+    KeptRow kept(player, row);
+    if (!PrepareTrackForProperties(parent, player, kept, track)) return;
+    TrackPropertiesDialog dialog(parent, player, kept, track);
     dialog.exec();
 }
 
@@ -58,17 +60,20 @@ std::optional<std::string> AskRandomExpression(QWidget* parent, const Player& pl
 void EditRandomEntry(QWidget* parent, Player& player, int row) {
     const ConstRowRef ref = player.List().ItemAtRow(row);
     if (!ref || ref.item->Kind() != ItemKind::kRandomEntry) return;
+    const KeptRow kept(player, row);
     const std::optional<std::string> expression =
         AskRandomExpression(parent, player, static_cast<const RandomEntry*>(ref.item)->Expression());
-    if (expression) player.SetRandomExpression(row, *expression);
+    if (expression && kept.Row() >= 0) player.SetRandomExpression(kept.Row(), *expression);
 }
 
 void ShowEvaluatedTrackProperties(QWidget* parent, Player& player, int row) {
     const ConstRowRef ref = player.List().ItemAtRow(row);
     if (!ref || ref.item->Kind() != ItemKind::kRandomEntry) return;
     const TrackRecord* track = EvaluatedTrackOf(parent, *static_cast<const RandomEntry*>(ref.item));
-    if (!track || !PrepareTrackForProperties(parent, player, row, *track)) return;
-    TrackPropertiesDialog dialog(parent, player, row, *track);
+    if (!track) return;
+    KeptRow kept(player, row, track);
+    if (!PrepareTrackForProperties(parent, player, kept, *track)) return;
+    TrackPropertiesDialog dialog(parent, player, kept, *track);
     dialog.exec();
 }
 

@@ -9,6 +9,7 @@ class QWidget;
 
 namespace verdin {
 
+class KeptRow;
 class Player;
 class RandomEntry;
 class TrackRecord;
@@ -20,9 +21,8 @@ inline constexpr std::string_view kUnknownFileFormat = "Unknown file format.";
 inline constexpr std::string_view kNotEvaluated = "This random entry has not picked a track yet.";
 inline constexpr std::string_view kNothingMatches = "No track of the sample space matches this random entry.";
 
-// True when the properties of the track at row (a random entry's pick for its row) may
-// open.
-bool PrepareTrackForProperties(QWidget* parent, Player& player, int row, const TrackRecord& track);
+// True when the properties of the kept entry's track (a random entry's pick) may open.
+bool PrepareTrackForProperties(QWidget* parent, Player& player, const KeptRow& kept, const TrackRecord& track);
 
 // The track a random entry resolved to, or null after saying why there is none.
 const TrackRecord* EvaluatedTrackOf(QWidget* parent, const RandomEntry& entry);

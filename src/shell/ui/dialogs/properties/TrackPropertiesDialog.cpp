@@ -4,6 +4,7 @@
 #include "engine/input/InputModuleList.h"
 #include "shell/Player.h"
 #include "shell/ui/dialogs/properties/GeneralPageText.h"
+#include "shell/ui/dialogs/common/KeptRow.h"
 #include "shell/ui/dialogs/properties/TagPage.h"
 
 #include <QDialogButtonBox>
@@ -22,8 +23,9 @@ InputModule* ModuleOf(const Player& player, const TrackRecord& track) {
 
 }  // namespace
 
-TrackPropertiesDialog::TrackPropertiesDialog(QWidget* parent, Player& player, int row, const TrackRecord& track)
-    : QDialog(parent), player_(player), row_(row), track_(track) {
+TrackPropertiesDialog::TrackPropertiesDialog(QWidget* parent, Player& player, KeptRow& kept, const TrackRecord& track)
+    : QDialog(parent), player_(player), kept_(kept), track_(track) {
+    kept_.Guard(*this);
     setObjectName(QStringLiteral("Track Properties"));
     setWindowTitle(QStringLiteral("Track Properties"));
     auto* layout = new QVBoxLayout(this);
@@ -67,7 +69,8 @@ bool TrackPropertiesDialog::ShowModuleFileInfo() {
 
 void TrackPropertiesDialog::TagWritten() {
     // The tag's size decides where the audio starts, and its frames make the title.
-    player_.RereadTrack(row_);
+    if (kept_.Row() < 0) return;
+    player_.RereadTrack(kept_.Row());
     general_->setText(QString::fromStdString(GeneralPageText(track_)));
 }
 

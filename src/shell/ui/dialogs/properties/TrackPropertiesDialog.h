@@ -12,14 +12,16 @@ class QTabWidget;
 namespace verdin {
 
 class Player;
+class KeptRow;
 class TagPage;
 class TrackRecord;
 
 class TrackPropertiesDialog : public QDialog {
     Q_OBJECT
 public:
-    // The track shown is the one at row (a random entry's pick for a random entry's row).
-    TrackPropertiesDialog(QWidget* parent, Player& player, int row, const TrackRecord& track);
+    // The track shown is the kept entry's (a random entry's pick for a random entry).
+    // The dialog closes when that entry goes.
+    TrackPropertiesDialog(QWidget* parent, Player& player, KeptRow& kept, const TrackRecord& track);
 
     QString GeneralText() const;
     TagPage* Tags() const { return tags_; }
@@ -30,7 +32,7 @@ private:
     void TagWritten();
 
     Player& player_;
-    const int row_;
+    KeptRow& kept_;
     const TrackRecord& track_;
     QTabWidget* tabs_ = nullptr;
     QLabel* general_ = nullptr;
