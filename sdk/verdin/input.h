@@ -14,8 +14,8 @@
  *
  * Threads: GetDescription, GetFileTypes, Configure, About, ShowFileInfo and
  * GetFileInfo are called on the player's user-interface thread (GetFileInfo
- * may also be called from the player's information-retrieval threads, one
- * call per file at a time, several files at once). OpenDecoder runs where a
+ * of a module that declares itself re-entrant, see below, also from the
+ * player's information-retrieval threads, several files at once). OpenDecoder runs where a
  * stream is set up; Decode and Seek run on that stream's own thread;
  * SetEqualizerEnabled and SetEqualizerValues run on the user-interface thread
  * while the stream thread may be inside Decode: a module must tolerate that,
@@ -147,6 +147,15 @@ struct InputModule {
 #define VERDIN_INPUT_ENTRY_POINT "Verdin_GetInputModule"
 typedef InputModule* (*Verdin_GetInputModuleFunc)(void* instance, void* mainWindow);
 VERDIN_PLUGIN_EXPORT InputModule* Verdin_GetInputModule(void* instance, void* mainWindow);
+
+/*
+ * Optional. A library that also exports this function, returning nonzero,
+ * declares GetFileInfo re-entrant: the player then reads track information
+ * on several threads at once. Without it every call stays on the
+ * user-interface thread.
+ */
+#define VERDIN_INPUT_REENTRANT "Verdin_InputModuleIsReentrant"
+typedef int32_t (*Verdin_InputModuleIsReentrantFunc)(void);
 
 #ifdef __cplusplus
 #define VERDIN_STATIC_ASSERT(cond, msg) static_assert(cond, msg)

@@ -48,7 +48,7 @@ void TrackRecord::SetInfo(const TrackInfo& info) {
     bitsPerSample_ = info.bitsPerSample;
 }
 
-bool TrackRecord::RetrieveInformation(const InputModuleList& modules, bool ignoreTags) {
+bool TrackRecord::RetrieveInformation(const InputModuleList& modules, bool ignoreTags, bool offUserThread) {
     if (IsNullTrack()) return false;
     infoRetrieved_ = true;
     audioStart_ = 0;
@@ -69,6 +69,10 @@ bool TrackRecord::RetrieveInformation(const InputModuleList& modules, bool ignor
         fileSize_ = static_cast<uint32_t>(std::min<uint64_t>(read.fileSize, UINT32_MAX));
     }
     InputModule* module = modules.FindModuleFor(full, audioStart_);
+    if (offUserThread && module && !modules.IsReentrant(module)) {
+        infoRetrieved_ = false;
+        return false;
+    }
     TrackInfo info = Info();
     if (!module || !module->ops || !module->ops->GetFileInfo ||
         module->ops->GetFileInfo(module, full.c_str(), audioStart_, &info) == 0) {

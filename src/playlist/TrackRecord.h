@@ -38,9 +38,12 @@ public:
     // Retrieves the information: the tag (unless ignoreTags) with its version and the
     // audio start, for local files; then the input module that takes the file fills the
     // information. A file that cannot be opened, or that no module understands, leaves
-    // `exists` cleared. Nothing is reported. Does nothing for the null track. Safe to run
-    // for different records on several threads at once.
-    bool RetrieveInformation(const InputModuleList& modules, bool ignoreTags);
+    // `exists` cleared. Nothing is reported. Does nothing for the null track.
+    // offUserThread: called on a worker thread, where only a module that declares itself
+    // re-entrant may be asked; for any other module the record is left not retrieved
+    // (InfoRetrieved() false), for the user-interface thread to finish. Safe to run for
+    // different records on several threads at once.
+    bool RetrieveInformation(const InputModuleList& modules, bool ignoreTags, bool offUserThread = false);
 
     bool Exists() const { return exists_; }
     bool InfoRetrieved() const { return infoRetrieved_; }

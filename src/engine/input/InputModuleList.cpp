@@ -28,7 +28,9 @@ void LoadOne(const std::string& file, void* mainWindow, std::vector<LoadedInputM
         dlclose(library);
         return;
     }
-    into.push_back({entry(library, mainWindow), library});
+    auto reentrant = reinterpret_cast<Verdin_InputModuleIsReentrantFunc>(dlsym(library, VERDIN_INPUT_REENTRANT));
+    dlerror();
+    into.push_back({entry(library, mainWindow), library, reentrant && reentrant() != 0});
 }
 
 }  // namespace
@@ -56,6 +58,12 @@ InputModule* InputModuleList::FindModuleFor(const std::string& path, uint32_t da
             return entry.module;
     }
     return nullptr;
+}
+
+bool InputModuleList::IsReentrant(const InputModule* module) const {
+    for (const LoadedInputModule& entry : modules_)
+        if (entry.module == module) return module != nullptr && entry.reentrant;
+    return false;
 }
 
 InputModule* InputModuleList::ModuleAt(size_t index) const {

@@ -21,6 +21,7 @@ namespace verdin {
 struct LoadedInputModule {
     InputModule* module = nullptr;  // as returned, never tested at load: may be null
     void* library = nullptr;        // the dlopen handle
+    bool reentrant = false;         // the library declares GetFileInfo re-entrant
 };
 
 class InputModuleList {
@@ -40,6 +41,9 @@ public:
     // The first module in list order whose IsOurFile accepts the file, or null. Later
     // modules are not asked. A null module returned by a broken entry point is passed over.
     InputModule* FindModuleFor(const std::string& path, uint32_t dataOffset) const;
+    // Whether the module's GetFileInfo may be called off the user-interface thread (its
+    // library says so); false for a module not in the list.
+    bool IsReentrant(const InputModule* module) const;
 
     size_t ModuleCount() const { return modules_.size(); }
     // The module at index in list order; null when index is out of range (or when the

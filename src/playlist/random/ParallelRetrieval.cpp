@@ -17,27 +17,32 @@ public:
                  bool ignoreTags)
         : tracks_(tracks), modules_(modules), ignoreTags_(ignoreTags) {}
 
-    // Retrieves the next track not yet taken; false when none is left.
-    bool RetrieveNext() {
+    // Retrieves the next track not yet taken; false when none is left. A helper leaves
+    // the tracks of a module that is not re-entrant to the calling thread.
+    bool RetrieveNext(bool helper) {
         const std::size_t index = next_.fetch_add(1, std::memory_order_relaxed);
         if (index >= tracks_.size()) return false;
+        TrackRecord& track = *tracks_[index];
         try {
-            tracks_[index]->RetrieveInformation(modules_, ignoreTags_);
+            track.RetrieveInformation(modules_, ignoreTags_, helper);
         } catch (...) {
             // A record that could not be read keeps what it had; the scan goes on.
         }
-        done_.fetch_add(1, std::memory_order_release);
-        done_.notify_one();
+        if (!helper || !IsLeft(track)) done_.fetch_add(1, std::memory_order_release);
+        settled_.fetch_add(1, std::memory_order_release);
+        settled_.notify_one();
         return true;
     }
 
     void RunHelper() {
-        while (RetrieveNext()) {
+        while (RetrieveNext(true)) {
         }
     }
 
+    static bool IsLeft(const TrackRecord& track) { return !track.InfoRetrieved() && !track.IsNullTrack(); }
     std::size_t Done() const { return done_.load(std::memory_order_acquire); }
-    void WaitWhileDone(std::size_t seen) const { done_.wait(seen, std::memory_order_acquire); }
+    std::size_t Settled() const { return settled_.load(std::memory_order_acquire); }
+    void WaitWhileSettled(std::size_t seen) const { settled_.wait(seen, std::memory_order_acquire); }
 
 private:
     const std::vector<std::unique_ptr<TrackRecord>>& tracks_;
@@ -46,16 +51,21 @@ private:
     // Written by every retrieving thread (fetch_add), read by them only: which track is
     // taken next. Relaxed: the tracks were all made before the threads started.
     std::atomic<std::size_t> next_{0};
-    // Written by every retrieving thread after a track is done (release), read and waited
-    // on by the calling thread (acquire) for progress reports.
+    // Written by every retrieving thread after a track is done (release), read by the
+    // calling thread (acquire) for progress reports.
     std::atomic<std::size_t> done_{0};
+    // Tracks done or left to the calling thread: written like done_, waited on by the
+    // calling thread until every track has settled.
+    std::atomic<std::size_t> settled_{0};
 };
 
 // Joins its threads when it goes, also when a progress callback throws.
 class HelperThreads {
 public:
-    ~HelperThreads() {
+    ~HelperThreads() { Join(); }
+    void Join() {
         for (std::thread& thread : threads_) thread.join();
+        threads_.clear();
     }
     // False when the system refuses another thread.
     template <typename Work>
@@ -95,14 +105,22 @@ void RetrieveAllInformation(const std::vector<std::unique_ptr<TrackRecord>>& tra
         if (!helpers.Start([&job] { job.RunHelper(); })) break;  // the calling thread does the rest
 
     std::size_t reported = 0;
-    while (job.RetrieveNext()) {
+    while (job.RetrieveNext(false)) {
         const std::size_t done = job.Done();
         if (done != reported) report(reported = done);
     }
-    while (reported < total) {
-        job.WaitWhileDone(reported);
+    for (std::size_t settled = job.Settled();; settled = job.Settled()) {
         const std::size_t done = job.Done();
         if (done != reported) report(reported = done);
+        if (settled == total) break;
+        job.WaitWhileSettled(settled);
+    }
+    // What the helpers left is read here, once they are gone.
+    helpers.Join();
+    for (const auto& track : tracks) {
+        if (!RetrievalJob::IsLeft(*track)) continue;
+        track->RetrieveInformation(modules, ignoreTags);
+        report(++reported);
     }
 }
 

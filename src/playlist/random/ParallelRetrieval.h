@@ -3,7 +3,9 @@
 //
 // The calling thread and up to threads-1 helper threads take tracks in list order from a
 // shared counter, each retrieving one record at a time (TrackRecord::RetrieveInformation
-// is safe for different records on different threads). The list itself is never
+// is safe for different records on different threads). The helpers leave the files of a
+// module that is not re-entrant; the calling thread reads those at the end, one by one,
+// after the helpers have ended. The list itself is never
 // reordered. Progress is reported on the calling thread only: after each track it
 // retrieved itself, and, once no track is left to start, each time another track is done,
 // until all are. The first report is (0, total) and the last (total, total).

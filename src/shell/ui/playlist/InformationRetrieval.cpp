@@ -60,7 +60,7 @@ struct InformationRetrieval::Job {
             const size_t i = next.fetch_add(1, std::memory_order_relaxed);
             if (i >= paths.size()) return;
             auto record = std::make_unique<TrackRecord>(paths[i]);
-            record->RetrieveInformation(*modules, ignoreTags);
+            record->RetrieveInformation(*modules, ignoreTags, true);
             records[i] = std::move(record);
             ready[i].store(true, std::memory_order_release);
         }
@@ -124,7 +124,10 @@ void InformationRetrieval::ApplyFinished() {
     Job& job = *jobs_.front();
     std::vector<RetrievedTrack> finished;
     while (!job.Finished() && job.ready[job.applied].load(std::memory_order_acquire)) {
-        finished.push_back({job.rowHints[job.applied], std::move(job.records[job.applied])});
+        std::unique_ptr<TrackRecord>& record = job.records[job.applied];
+        // A module that is not re-entrant is asked here, on this thread, one file at a time.
+        if (!record->InfoRetrieved()) record->RetrieveInformation(*job.modules, job.ignoreTags);
+        finished.push_back({job.rowHints[job.applied], std::move(record)});
         ++job.applied;
     }
     if (!finished.empty()) player_.FillInformation(std::move(finished));

@@ -8,6 +8,8 @@
 // TrackRecord of its own for that path, stores it in that index's slot and publishes the
 // slot. The tree itself is never touched off the user-interface thread: a timer there
 // hands finished records, in list order, to the player, which places them in the tree.
+// Files of an input module that is not re-entrant are left to that timer, which reads
+// them on the user-interface thread before it hands them on.
 // Jobs run one after another.
 #include "shell/Player.h"
 
