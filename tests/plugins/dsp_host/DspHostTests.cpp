@@ -19,6 +19,7 @@
 #include <filesystem>
 #include <mutex>
 #include <thread>
+#include <tuple>
 
 namespace verdin::test {
 namespace {
@@ -145,9 +146,7 @@ TEST(DspPluginsText, ParsesPiecesInOrderAndFormatsThemBack) {
 // and which files are listed at all are ListFilesWithExtension's, tests/base); a directory
 // listed twice is searched twice, a library whose modules never end is cut off. Nothing
 // stays loaded, no module is called, and a library is found by its path byte for byte.
-TEST(DspLibraryList, ListsDspLibrariesDirectoryByDirectoryAndLeavesThemUnloaded) {
-    TempDir dir;
-    TestWindow window;
+TEST_F(DspHostTest, ListsDspLibrariesDirectoryByDirectoryAndLeavesThemUnloaded) {
     const std::string a = dir.file("a"), b = dir.file("b"), c = dir.file("c");
     const std::string alpha = PlaceTestModule("other", a, "alpha.so"), beta = PlaceTestModule("kit", a, "beta.so"),
                       gamma = PlaceTestModule("empty", a, "gamma.so"), inB = PlaceTestModule("kit", b, "kit.so"),
@@ -181,11 +180,8 @@ TEST(DspLibraryList, ListsDspLibrariesDirectoryByDirectoryAndLeavesThemUnloaded)
 
 // An instance loads its library and fills in the module's record before any call; Quit
 // only follows Init. Configure uses a temporary instance without Init or Quit.
-TEST(DspLibraryList, ActivationLoadsTheLibraryForTheInstanceAndQuitOnlyFollowsInit) {
-    TempDir dir;
-    TestWindow window;
-    const std::string kit = PlaceTestModule("kit", dir.str(), "kit.so"), other = PlaceTestModule("other", dir.str(), "other.so");
-    DspLibraryList list(window.record(), dir.str() + ";");
+TEST_F(DspHostTest, ActivationLoadsTheLibraryForTheInstanceAndQuitOnlyFollowsInit) {
+    DspLibraryList& list = libraries;
     auto byIndex = list.Activate(0, 2);
     ASSERT_NE(byIndex, nullptr);
     EXPECT_STREQ(byIndex->module()->description, "append 3");
@@ -270,13 +266,9 @@ TEST_F(DspHostTest, TheActiveListInitialisesBeforeItQuitsAndQuitsEachModuleOnce)
 // for output, within the room of twice the block.
 TEST_F(DspHostTest, ModulesRunInListOrderAndEachResultCarriesOn) {
     constexpr uint32_t kFrames = 64;
-    const struct {
-        const char* name;
-        std::vector<DspModuleRef> refs;
-        uint32_t frames;       // the result
-        int16_t value;         // of every sample of the first valueFrames frames
-        uint32_t valueFrames;  // 0: all of the resulting frames
-    } cases[] = {
+    // What is active, the frame count that comes out, the value of every sample of the first
+    // frames (how many: 0 for all of those that come out).
+    const std::tuple<const char*, std::vector<DspModuleRef>, uint32_t, int16_t, uint32_t> cases[] = {
         {"nothing active", {}, kFrames, 0, 0},
         {"list order", {Kit(kAppend3), Other(kAppend4), Kit(kAppend1)}, kFrames, 341, 0},
         {"same module twice", {Kit(kAppend2), Kit(kAppend2)}, kFrames, 22, 0},
@@ -287,15 +279,15 @@ TEST_F(DspHostTest, ModulesRunInListOrderAndEachResultCarriesOn) {
         {"more than the room is cut", {Kit(kAppend1), Kit(kOverlong)}, 2 * kFrames, 1, kFrames},
         {"double twice stays in the room", {Kit(kDouble), Kit(kHalve), Kit(kDouble)}, 2 * kFrames, 0, 0},
     };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.name);
-        Activate(c.refs);
+    for (const auto& [name, refs, expectedFrames, value, valueFrames] : cases) {
+        SCOPED_TRACE(name);
+        Activate(refs);
         std::vector<int16_t> block;
         const uint32_t frames = Process(block, kFrames);
-        EXPECT_EQ(frames, c.frames);
-        const uint32_t checked = c.valueFrames ? c.valueFrames : frames;
+        EXPECT_EQ(frames, expectedFrames);
+        const uint32_t checked = valueFrames ? valueFrames : frames;
         if (checked) {
-            EXPECT_EQ(UniformValue(block, 2 * checked), c.value) << "first sample " << block[0];
+            EXPECT_EQ(UniformValue(block, 2 * checked), value) << "first sample " << block[0];
         }
     }
     // Shortened: the rest of the block stays as the last module that had it whole left it,
