@@ -81,14 +81,15 @@ std::vector<std::pair<ItemKind, std::string>> Load(const std::string& file, Play
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     using namespace verdin;
+    constexpr PlaylistFormat kFormat = PlaylistFormat::PLAYLIST_FORMAT;
     const std::string_view bytes(reinterpret_cast<const char*>(data), size);
-    if (PlaylistFormat::PLAYLIST_FORMAT == PlaylistFormat::kPls) fuzz::CheckIniAgreement(bytes, "playlist", "file");
-    if (PlaylistFormat::PLAYLIST_FORMAT == PlaylistFormat::kVdp) fuzz::CheckIniAgreement(bytes, "entries", "entry");
+    if (kFormat == PlaylistFormat::kPls) fuzz::CheckIniAgreement(bytes, "playlist", "file");
+    if (kFormat == PlaylistFormat::kVdp) fuzz::CheckIniAgreement(bytes, "entries", "entry");
     const std::string file = fuzz::FixtureDirectory() + "list" + PLAYLIST_EXTENSION;
     if (!(std::ofstream(file, std::ios::binary | std::ios::trunc) << bytes)) std::abort();
     Playlist first, second;
     const auto loaded = fuzz::Load(file, first);
-    if (!SavePlaylist(static_cast<Playlist&>(*first.ItemAt(0)), file, PlaylistFormat::PLAYLIST_FORMAT) ||
+    if (!SavePlaylist(static_cast<Playlist&>(*first.ItemAt(0)), file, kFormat) ||
         fuzz::Load(file, second) != loaded)
         std::abort();
     return 0;
