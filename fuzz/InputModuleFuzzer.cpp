@@ -21,7 +21,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     static InputModule* const module = ACQUIRE_MODULE();
     static const int fd = memfd_create("input_module_fuzz", MFD_CLOEXEC);
     static const std::string path = "/proc/self/fd/" + std::to_string(fd);
-    if (size < 2 || fd < 0 || ftruncate(fd, 0) != 0 || pwrite(fd, data + 2, size - 2, 0) != static_cast<ssize_t>(size - 2)) return 0;
+    if (size < 2 || fd < 0 || ftruncate(fd, 0) != 0) return 0;
+    if (pwrite(fd, data + 2, size - 2, 0) != static_cast<ssize_t>(size - 2)) return 0;
     TrackInfo info{};
     const bool described = module->ops->GetFileInfo(module, path.c_str(), data[0], &info) != 0;
     const bool formatOk = (info.channels == 1 || info.channels == 2) && info.sampleRate > 0 &&

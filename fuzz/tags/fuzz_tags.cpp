@@ -14,7 +14,8 @@
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     using namespace verdin;
     static const int fd = ::memfd_create("fuzz_tags", MFD_CLOEXEC);  // one file, rewritten for each input
-    if (size < 1 || fd < 0 || ::ftruncate(fd, 0) != 0 || ::pwrite(fd, data + 1, size - 1, 0) != ssize_t(size - 1)) return 0;
+    if (size < 1 || fd < 0 || ::ftruncate(fd, 0) != 0) return 0;
+    if (::pwrite(fd, data + 1, size - 1, 0) != static_cast<ssize_t>(size - 1)) return 0;
     const auto kind = static_cast<TagFileKind>((data[0] & 0x7F) % kTagFileKindCount);
     const bool keepAttachments = (data[0] & 0x80) != 0;
     TrackTag tag;

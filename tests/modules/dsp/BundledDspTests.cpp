@@ -126,7 +126,10 @@ TEST_F(BundledDspTest, CompressorTurnsALoudToneDownLeavesAQuietOneAloneAndRecove
 // The voice remover: L-R in both channels; the stereo widener: L' = (3L-R)/2, R' = (3R-L)/2;
 // both limited to the sample range.
 using Frame = std::pair<int, int>;
-Frame VoiceRemoved(Frame f, int top) { return {std::clamp(f.first - f.second, -top - 1, top), std::clamp(f.first - f.second, -top - 1, top)}; }
+Frame VoiceRemoved(Frame f, int top) {
+    const int difference = std::clamp(f.first - f.second, -top - 1, top);
+    return {difference, difference};
+}
 Frame Widened(Frame f, int top) {
     const auto limit = [top](double v) { return std::clamp(static_cast<int>(std::nearbyint(v)), -top - 1, top); };
     return {limit((3.0 * f.first - f.second) / 2), limit((3.0 * f.second - f.first) / 2)};
