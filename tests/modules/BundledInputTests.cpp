@@ -14,7 +14,6 @@
 
 #include <gtest/gtest.h>
 
-#include <cstring>
 #include <dlfcn.h>
 #include <fcntl.h>
 #include <filesystem>
@@ -36,7 +35,8 @@ void RunOrThrow(const std::vector<std::string>& argv) {  // a broken fixture fai
 Bytes Concat(Bytes a, const Bytes& b) { return a.insert(a.end(), b.begin(), b.end()), a; }
 std::vector<int16_t> Samples16(const Bytes& bytes) {
     std::vector<int16_t> out(bytes.size() / 2);
-    return std::memcpy(out.data(), bytes.data(), out.size() * 2), out;
+    for (size_t i = 0; i < out.size(); ++i) out[i] = static_cast<int16_t>(bytes[2 * i] | bytes[2 * i + 1] << 8);
+    return out;
 }
 // A minimal ID3v2.3 tag as taggers write it: a title frame, padded to exactly totalBytes.
 Bytes Id3v2Tag(size_t totalBytes) {
@@ -269,7 +269,7 @@ TEST_F(BundledInput, SeekLandsOnTheFrameItReportsAlsoBehindWhatLiesInFrontOfTheA
 
 TEST_F(BundledInput, TypesAndFilesThatCannotBeRead) {
     // IsOurFile (asked twice: an answer must not depend on the one before); GetFileTypes;
-    // the description names the library under it, and About writes it to standard error.
+    // the description names the library under it.
     const std::tuple<const Plugin*, std::vector<std::pair<std::string, bool>>, std::vector<std::string>, std::string> types[] = {
         {&mpeg_, {{"/music/a.mp3", true}, {"/music/B.MP3", true}, {"c.Mp2", true}, {"d.mp1", true}, {"http://h/e.mp3", true}, {"/no/such/file.mp3", true},
                   {"/music/f.wav", false}, {"/music/mp3", false}, {"/m.mp3/track", false}, {"/music/g.mp3.bak", false}, {"", false}},
@@ -286,9 +286,6 @@ TEST_F(BundledInput, TypesAndFilesThatCannotBeRead) {
         for (const char* at = plugin->ops().GetFileTypes(plugin->module()); at && *at; at += texts.back().size() + 1) texts.emplace_back(at);
         EXPECT_EQ(texts, expected);
         const std::string description = plugin->ops().GetDescription(plugin->module());
-        ::testing::internal::CaptureStderr();
-        plugin->ops().About(plugin->module());
-        EXPECT_EQ(::testing::internal::GetCapturedStderr(), description + "\n");
         EXPECT_NE(description.find(library), std::string::npos) << description;
     }
 
@@ -338,15 +335,6 @@ TEST_F(BundledInput, TypesAndFilesThatCannotBeRead) {
     EXPECT_EQ(sndfile_.Info(dir.file("silence.wav"))->duration, 0u);
     Decoder silence(sndfile_, dir.file("silence.wav"));
     EXPECT_TRUE(silence.ToEnd(4).empty() && silence.Seek(1000) == 0);
-    // A damaged file the fuzz target found (behind its two control bytes): after a seek,
-    // libmpg123 hands out half a stereo frame, which must not reach the player.
-    const auto input = ReadBytes(std::string(VERDIN_TEST_SOURCE_DIR) + "/fuzz/mpeg_module/corpus/torn_frame_after_seek");
-    WriteBytes(dir.file("torn.mp3"), {input.begin() + 2, input.end()});
-    ASSERT_EQ(mpeg_.Info(dir.file("torn.mp3"))->channels, 2);
-    Decoder torn(mpeg_, dir.file("torn.mp3"));
-    torn.ToEnd(4);  // fails the test on a block of a partial frame
-    torn.Seek(60);
-    EXPECT_FALSE(torn.ToEnd(4).empty());
 }
 
 // The read-ahead must hand mpg123 exactly the bytes an unbuffered read would, across

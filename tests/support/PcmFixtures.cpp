@@ -2,6 +2,7 @@
 
 #include "Files.h"
 
+#include <bit>
 #include <cmath>
 #include <cstring>
 #include <numbers>
@@ -23,22 +24,16 @@ std::vector<int16_t> Sine16(int frames, int channels, int sampleRate,
 }
 
 std::vector<uint8_t> Bytes16(const std::vector<int16_t>& samples) {
+    static_assert(std::endian::native == std::endian::little, "the samples' bytes are copied as they are");
     std::vector<uint8_t> out(samples.size() * 2);
-    for (size_t i = 0; i < samples.size(); ++i) {
-        auto v = static_cast<uint16_t>(samples[i]);
-        out[2 * i] = static_cast<uint8_t>(v & 0xFF);
-        out[2 * i + 1] = static_cast<uint8_t>(v >> 8);
-    }
+    std::memcpy(out.data(), samples.data(), out.size());
     return out;
 }
 
 namespace {
-void Put32(std::vector<uint8_t>& b, uint32_t v) {
-    for (int i = 0; i < 4; ++i) b.push_back(static_cast<uint8_t>(v >> (8 * i)));
-}
-void Put16(std::vector<uint8_t>& b, uint16_t v) {
-    b.push_back(static_cast<uint8_t>(v & 0xFF));
-    b.push_back(static_cast<uint8_t>(v >> 8));
+// A little-endian number of the given width.
+void Put(std::vector<uint8_t>& b, uint32_t v, int bytes) {
+    for (int i = 0; i < bytes; ++i) b.push_back(static_cast<uint8_t>(v >> (8 * i)));
 }
 uint32_t Get32(const std::vector<uint8_t>& b, size_t at) {
     return b[at] | (b[at + 1] << 8) | (b[at + 2] << 16) | (static_cast<uint32_t>(b[at + 3]) << 24);
@@ -50,17 +45,17 @@ void WriteWav(const std::string& path, int channels, int sampleRate, int bitsPer
     std::vector<uint8_t> b;
     const uint32_t align = static_cast<uint32_t>(bitsPerSample / 8 * channels);
     b.insert(b.end(), {'R', 'I', 'F', 'F'});
-    Put32(b, static_cast<uint32_t>(data.size() + 36));
+    Put(b, static_cast<uint32_t>(data.size() + 36), 4);
     b.insert(b.end(), {'W', 'A', 'V', 'E', 'f', 'm', 't', ' '});
-    Put32(b, 16);
-    Put16(b, 1);
-    Put16(b, static_cast<uint16_t>(channels));
-    Put32(b, static_cast<uint32_t>(sampleRate));
-    Put32(b, align * static_cast<uint32_t>(sampleRate));
-    Put16(b, static_cast<uint16_t>(align));
-    Put16(b, static_cast<uint16_t>(bitsPerSample));
+    Put(b, 16, 4);
+    Put(b, 1, 2);
+    Put(b, static_cast<uint16_t>(channels), 2);
+    Put(b, static_cast<uint32_t>(sampleRate), 4);
+    Put(b, align * static_cast<uint32_t>(sampleRate), 4);
+    Put(b, static_cast<uint16_t>(align), 2);
+    Put(b, static_cast<uint16_t>(bitsPerSample), 2);
     b.insert(b.end(), {'d', 'a', 't', 'a'});
-    Put32(b, static_cast<uint32_t>(data.size()));
+    Put(b, static_cast<uint32_t>(data.size()), 4);
     b.insert(b.end(), data.begin(), data.end());
     WriteBytes(path, b);
 }

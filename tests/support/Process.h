@@ -16,9 +16,6 @@ struct CommandResult {
 // its exit code and output. No shell is involved, so arguments need no quoting.
 CommandResult RunCommand(const std::vector<std::string>& argv);
 
-// Whether a program is on PATH (for fixtures made with lame, flac, sox...).
-bool HaveCommand(const std::string& name);
-
 // Starts argv[0] (searched on PATH) in the background with the environment plus the
 // "NAME=value" overrides, standard output and error appended to outputFile. -1 when it
 // cannot start.

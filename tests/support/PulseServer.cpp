@@ -34,7 +34,7 @@ bool SocketAnswers(const std::string& path) {
 
 }  // namespace
 
-bool PulseServer::Installed() { return HaveCommand("pulseaudio"); }
+bool PulseServer::Installed() { return RunCommand({"pulseaudio", "--version"}).exitCode == 0; }
 
 PulseServer::PulseServer() {
     const std::string runtime = dir_.file("run");

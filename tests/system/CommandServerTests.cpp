@@ -39,29 +39,31 @@ TEST_F(SystemTest, TwoPlayExecutesReplaceThenAppendWithoutInterrupting) {
     EXPECT_EQ(player->WaitForExit(), 0) << player->Output();
 }
 
-TEST_F(SystemTest, APathOnTheCommandLineIsAddedNotPlayedAndTheDefaultPlaylistStaysUnloaded) {
+// A path given at start-up is added, not played, and the default playlist stays unloaded;
+// a second start hands its command line to the running instance.
+TEST_F(SystemTest, PathsOnTheCommandLineAreAddedToTheOneRunningInstance) {
     SeedSettings([](Settings& s) {
         UseNullSoundCard(s);
         s.autoPlayAtStartup = 1;
     });
     const std::string saved = Tone("saved.wav", 1, 300), given = Tone("given.wav", 1, 600);
-    WriteFile(home_.DefaultPlaylist(), "[Verdin Advanced Playlist]\r\nVersion=1.00\r\n[Entries]\r\nEntry1=" + saved +
-                                           "\r\nNumberOfEntries=1\r\n");
+    WriteFile(home_.DefaultPlaylist(), PlaylistText({saved}));
     auto player = Start({"--headless", given});
-    const auto rows = player->Call("Rows");
-    ASSERT_TRUE(rows);
-    EXPECT_NE(rows->find("'given'"), std::string::npos) << *rows;
-    EXPECT_EQ(rows->find("'saved'"), std::string::npos) << *rows;
     EXPECT_EQ(player->CurrentRow(), 0);
     EXPECT_EQ(player->Status(), "stopped");
+    const auto [code, output] = RunSecondStart(home_, bus_, {Tone("second one.wav", 1, 660)});
+    EXPECT_EQ(code, 0) << output;
+    const auto rows = player->Call("Rows");
+    ASSERT_TRUE(rows);
+    EXPECT_EQ(player->RowCount(), 2) << *rows;
+    EXPECT_NE(rows->find("'given'"), std::string::npos) << *rows;
+    EXPECT_EQ(rows->find("'saved'"), std::string::npos) << *rows;
+    EXPECT_NE(rows->find("'second one'"), std::string::npos) << "a path with a blank stays one path: " << *rows;
 }
 
 TEST_F(SystemTest, TheSavedCurrentRowIsRestoredWhenItExistsAndAutoPlayStartsIt) {
-    std::string entries;
-    for (int i = 1; i <= 3; ++i)
-        entries += "Entry" + std::to_string(i) + "=" + Tone("t" + std::to_string(i) + ".wav", 10, 200.0 * i) + "\r\n";
     const std::string playlist =
-        "[Verdin Advanced Playlist]\r\nVersion=1.00\r\n[Entries]\r\n" + entries + "NumberOfEntries=3\r\n";
+        PlaylistText({Tone("t1.wav", 10, 200), Tone("t2.wav", 10, 400), Tone("t3.wav", 10, 600)});
     for (const auto& [saved, expected] : {std::pair{2, 2}, std::pair{3, 0}, std::pair{99, 0}}) {
         SCOPED_TRACE(saved);
         WriteFile(home_.DefaultPlaylist(), playlist);
@@ -78,18 +80,6 @@ TEST_F(SystemTest, TheSavedCurrentRowIsRestoredWhenItExistsAndAutoPlayStartsIt) 
     }
 }
 
-TEST_F(SystemTest, ASecondStartHandsItsCommandLineToTheRunningInstance) {
-    SeedSettings([](Settings& s) { UseNullSoundCard(s); });
-    const std::string first = Tone("first.wav", 1, 440), second = Tone("second one.wav", 1, 660);
-    auto player = Start({"--headless", first});
-    const auto [code, output] = RunSecondStart(home_, bus_, {second});
-    EXPECT_EQ(code, 0) << output;
-    EXPECT_EQ(player->RowCount(), 2);
-    const auto rows = player->Call("Rows");
-    ASSERT_TRUE(rows);
-    EXPECT_NE(rows->find("'second one'"), std::string::npos) << "a path with a blank stays one path: " << *rows;
-}
-
 TEST_F(SystemTest, SigtermSavesThePlaylistAndTheSettings) {
     SeedSettings([](Settings& s) { UseNullSoundCard(s); });
     const std::string a = Tone("a.wav", 1, 440), b = Tone("b.wav", 1, 550);
@@ -99,8 +89,7 @@ TEST_F(SystemTest, SigtermSavesThePlaylistAndTheSettings) {
     player->Signal(SIGTERM);
     ASSERT_EQ(player->WaitForExit(), 0) << player->Output();
     const std::string saved = ReadFile(home_.DefaultPlaylist());
-    EXPECT_EQ(saved, "[Verdin Advanced Playlist]\r\nVersion=1.00\r\n[Entries]\r\nEntry1=" + a + "\r\nEntry2=" + b +
-                         "\r\nNumberOfEntries=2\r\n");
+    EXPECT_EQ(saved, PlaylistText({a, b}));
     const Settings settings = LoadSavedSettings();
     EXPECT_EQ(settings.shuffleMode, 1);
     EXPECT_EQ(settings.savedCurrentIndex, 1);
@@ -108,11 +97,7 @@ TEST_F(SystemTest, SigtermSavesThePlaylistAndTheSettings) {
 
 TEST_F(SystemTest, KillingThePlayerWhileItSavesNeverLeavesABrokenFile) {
     SeedSettings([](Settings& s) { UseNullSoundCard(s); });
-    std::string entries;
-    const std::string track = Tone("a.wav", 0.1, 440);
-    for (int i = 1; i <= 20000; ++i) entries += "Entry" + std::to_string(i) + "=" + track + "\r\n";
-    const std::string playlist =
-        "[Verdin Advanced Playlist]\r\nVersion=1.00\r\n[Entries]\r\n" + entries + "NumberOfEntries=20000\r\n";
+    const std::string playlist = PlaylistText(std::vector<std::string>(20000, Tone("a.wav", 0.1, 440)));
     WriteFile(home_.DefaultPlaylist(), playlist);
     for (int round = 0; round < 6; ++round) {
         SCOPED_TRACE(round);

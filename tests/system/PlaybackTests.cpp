@@ -78,9 +78,7 @@ TEST_F(SystemTest, RandomEntriesPickFromTheSampleSpace) {
         DecodeToFiles(s);
         s.sampleSpaceSearchPath = library + ";";
     });
-    WriteFile(home_.DefaultPlaylist(),
-              "[Verdin Advanced Playlist]\r\nVersion=1.00\r\n[Entries]\r\nEntry1=;(FILEBODY = \"wanted\")\r\n"
-              "NumberOfEntries=1\r\n");
+    WriteFile(home_.DefaultPlaylist(), PlaylistText({";(FILEBODY = \"wanted\")"}));
     auto player = Start({"--headless", "--quit-after-play"});
     ASSERT_TRUE(player->Call("Command", {"108"}));  // play
     ASSERT_EQ(player->WaitForExit(20s), 0) << player->Output();
@@ -94,8 +92,7 @@ TEST_F(SystemTest, AnEmptySampleSpaceWarnsAndDoesNotPlay) {
         DecodeToFiles(s);
         s.sampleSpaceSearchPath = home_.dir.file("nothing-here") + ";";
     });
-    WriteFile(home_.DefaultPlaylist(),
-              "[Verdin Advanced Playlist]\r\nVersion=1.00\r\n[Entries]\r\nEntry1=;\r\nNumberOfEntries=1\r\n");
+    WriteFile(home_.DefaultPlaylist(), PlaylistText({";"}));
     auto player = Start({"--headless"});
     ASSERT_TRUE(player->Call("Command", {"108"}));
     EXPECT_EQ(player->Status(), "stopped");

@@ -7,7 +7,6 @@
 #include <csignal>
 #include <cstdlib>
 #include <fcntl.h>
-#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -31,12 +30,9 @@ PrivateBus::PrivateBus() {
     pid_ = SpawnProcess({"dbus-daemon", "--config-file=" + config, "--nofork", "--nopidfile", "--print-address=1"}, {},
                  addressFile);
     if (pid_ <= 0) return;
-    WaitFor([&] { return FileExists(addressFile) && ReadFile(addressFile).find('\n') != std::string::npos; },
-            std::chrono::seconds(10));
-    if (FileExists(addressFile)) {
-        address_ = ReadFile(addressFile);
-        address_ = address_.substr(0, address_.find('\n'));
-    }
+    const auto printed = [&] { return FileExists(addressFile) ? ReadFile(addressFile) : std::string(); };
+    if (WaitFor([&] { return printed().find('\n') != std::string::npos; }, std::chrono::seconds(10)))
+        address_ = printed().substr(0, printed().find('\n'));
 }
 
 PrivateBus::~PrivateBus() {
@@ -53,8 +49,7 @@ std::vector<std::string> PlayerHome::Environment(const PrivateBus& bus) const {
 }
 
 PlayerProcess::PlayerProcess(const PlayerHome& home, const PrivateBus& bus, const std::vector<std::string>& arguments)
-    : home_(home), bus_(bus) {
-    for (const char* sub : {"config", "data", "home", "run"}) ::mkdir(home.dir.file(sub).c_str(), 0700);
+    : bus_(bus) {
     std::vector<std::string> argv{Program()};
     argv.insert(argv.end(), arguments.begin(), arguments.end());
     pid_ = SpawnProcess(argv, home.Environment(bus), logDir_.file("output"));

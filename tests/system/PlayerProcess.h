@@ -42,7 +42,6 @@ public:
     PlayerProcess(const PlayerHome& home, const PrivateBus& bus, const std::vector<std::string>& arguments);
     ~PlayerProcess();  // kills the player if it still runs
 
-    pid_t Pid() const { return pid_; }
     // Waits until the player answers on the bus.
     bool WaitUntilAnswering(std::chrono::milliseconds limit = std::chrono::seconds(15));
     // Calls a method of /Player (or /System with path "/System"); the reply as gdbus
@@ -59,7 +58,6 @@ public:
     std::string Output() const;  // standard output and error so far
 
 private:
-    const PlayerHome& home_;
     const PrivateBus& bus_;
     TempDir logDir_;
     pid_t pid_ = -1;

@@ -64,6 +64,12 @@ std::string SystemTest::Tone(const std::string& name, double seconds, double fre
     return path;
 }
 
+std::string SystemTest::PlaylistText(const std::vector<std::string>& entries) {
+    std::string text = "[Verdin Advanced Playlist]\r\nVersion=1.00\r\n[Entries]\r\n";
+    for (size_t i = 0; i < entries.size(); ++i) text += "Entry" + std::to_string(i + 1) + "=" + entries[i] + "\r\n";
+    return text + "NumberOfEntries=" + std::to_string(entries.size()) + "\r\n";
+}
+
 std::unique_ptr<PlayerProcess> SystemTest::Start(const std::vector<std::string>& arguments) {
     auto player = std::make_unique<PlayerProcess>(home_, bus_, arguments);
     EXPECT_TRUE(player->WaitUntilAnswering()) << player->Output();

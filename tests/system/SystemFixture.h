@@ -26,6 +26,8 @@ protected:
     std::string OutDirectory() const { return home_.dir.file("out"); }
     // A WAV tone of the given length in the home's "music" directory.
     std::string Tone(const std::string& name, double seconds, double frequency);
+    // A ".vdp" playlist's text holding the entries.
+    static std::string PlaylistText(const std::vector<std::string>& entries);
     std::unique_ptr<PlayerProcess> Start(const std::vector<std::string>& arguments);
     Settings LoadSavedSettings() const;
 

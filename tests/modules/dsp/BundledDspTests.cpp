@@ -1,6 +1,16 @@
-// The bundled DSP modules on test signals, through the host in stream-sized blocks.
+// The bundled DSP modules through the host: on test signals in stream-sized blocks, and on
+// the real stream path, a WAV file decoded through the engine's stream with the host as its
+// DSP hook and written by the WAV file device, while the options page's Apply switches the
+// active module (the stream goes on, every block is processed by the old list or by the
+// new one, the switch happening once). There the voice remover and the stereo widener are
+// checked frame for frame at 16 and 8 bits.
+#include "engine/input/InputModuleList.h"
+#include "engine/stream/Stream.h"
 #include "plugins/dsp/DspHost.h"
 #include "base/SearchPath.h"
+
+#include "PcmFixtures.h"
+#include "TempDir.h"
 
 #include <gtest/gtest.h>
 
@@ -8,12 +18,14 @@
 #include <cmath>
 #include <cstdint>
 #include <numbers>
+#include <thread>
 
 namespace verdin {
 namespace {
 
 constexpr int kRate = 44100;
 constexpr size_t kBlockFrames = 1152;
+const std::string kPluginDir = VERDIN_TEST_PLUGIN_DIR;
 
 // Interleaved channels of tones (frequency, amplitude) as 16-bit or unsigned 8-bit PCM.
 std::vector<uint8_t> Tones(int bits, int frames, std::initializer_list<std::vector<std::pair<double, double>>> channels) {
@@ -43,13 +55,17 @@ double Rms(const std::vector<uint8_t>& pcm, int bits, size_t first, size_t step 
 
 class BundledDspTest : public ::testing::Test {
 protected:
-    // Makes the module with this description the only active one (Init starts it afresh).
-    void Activate(const std::string& description) {
-        host.ClearActiveList();
+    // The list with the module of this description as its only entry.
+    std::vector<DspModuleRef> Only(const std::string& description) {
         const auto& modules = libraries.LibraryByPath(path)->moduleDescriptions;  // found by enumeration
         const auto found = std::find(modules.begin(), modules.end(), description);
-        ASSERT_NE(found, modules.end()) << description;
-        host.SetActiveList(libraries, std::vector<DspModuleRef>{{path, int32_t(found - modules.begin())}});
+        EXPECT_NE(found, modules.end()) << description;
+        return {{path, int32_t(found - modules.begin())}};
+    }
+    // Makes that module the only active one (Init starts it afresh).
+    void Activate(const std::string& description) {
+        host.ClearActiveList();
+        host.SetActiveList(libraries, Only(description));
     }
 
     // What comes out of the host, fed stream-sized blocks with the room a stream gives.
@@ -66,13 +82,11 @@ protected:
         return out;
     }
 
-    DspLibraryList libraries{nullptr, VERDIN_TEST_PLUGIN_DIR ";"};
-    std::string path = JoinPath(VERDIN_TEST_PLUGIN_DIR, "DSP_Verdin.so");
+    DspLibraryList libraries{nullptr, kPluginDir + ";"};
+    std::string path = JoinPath(kPluginDir, "DSP_Verdin.so");
     DspHost host;
 };
 
-// Their formulas on every stereo frame are checked through a playing stream at 8 and 16
-// bits (tests/plugins/dsp_stream).
 TEST_F(BundledDspTest, WidenerAndVoiceRemoverLeaveMonoAlone) {
     for (const char* module : {"Stereo widener", "Voice remover (centre cancel)"}) {
         Activate(module);
@@ -107,6 +121,68 @@ TEST_F(BundledDspTest, CompressorTurnsALoudToneDownLeavesAQuietOneAloneAndRecove
     const auto out = Run(in, 16, 1);
     EXPECT_LT(Rms(out, 16, quietStart, 1, kRate / 50) / Rms(in, 16, quietStart, 1, kRate / 50), 0.5);
     EXPECT_NEAR(Rms(out, 16, tail) / Rms(in, 16, tail), 1.0, 0.01);
+}
+
+// The voice remover: L-R in both channels; the stereo widener: L' = (3L-R)/2, R' = (3R-L)/2;
+// both limited to the sample range.
+using Frame = std::pair<int, int>;
+Frame VoiceRemoved(Frame f, int top) {
+    const int difference = std::clamp(f.first - f.second, -top - 1, top);
+    return {difference, difference};
+}
+Frame Widened(Frame f, int top) {
+    const auto limit = [top](double v) { return std::clamp(static_cast<int>(std::nearbyint(v)), -top - 1, top); };
+    return {limit((3.0 * f.first - f.second) / 2), limit((3.0 * f.second - f.first) / 2)};
+}
+
+TEST_F(BundledDspTest, ChangingTheActiveListWhileATrackPlays) {
+    constexpr int kFrames = 300000;  // longer than the ring: 128000 frames at 16 bits, 256000 at 8
+    InputModuleList modules;
+    modules.LoadInputModules(kPluginDir + ";", nullptr);
+    for (const int bits : {16, 8}) {
+        SCOPED_TRACE(bits);
+        test::TempDir dir, out;
+        // A tone of its own in each channel, loud enough that the results clip at times, so
+        // the two modules' results differ.
+        const std::vector<uint8_t> bytes = Tones(bits, kFrames, {{{1000, 0.6}}, {{440, 0.6}}});
+        test::WriteWav(dir.file("track.wav"), 2, kRate, bits, bytes);
+        const auto frame = [bits](const std::vector<uint8_t>& pcm, size_t f) {
+            return Frame{Sample(pcm, bits, 2 * f), Sample(pcm, bits, 2 * f + 1)};
+        };
+        Activate("Voice remover (centre cancel)");
+        {
+            StreamOptions options;
+            options.pauseBetweenTracks = 0;
+            options.crossfadeLength = 0;
+            options.dsp = {host.HookContext(), &DspHost::Process};
+            OutputTarget target;
+            target.kind = OutputTarget::kWavFile;
+            target.decodeDirectory = out.str();
+            target.title = "out";
+            Stream stream(modules, options);
+            ASSERT_TRUE(stream.OpenStream(dir.file("track.wav"), nullptr)) << stream.ErrorText();
+            // Held by the user's pause, the file device takes nothing and the stream fills
+            // its ring, so a good part of the track is processed before the switch.
+            stream.PausePlayback();
+            ASSERT_TRUE(stream.StartStream(target)) << stream.ErrorText();
+            while (stream.FramesWritten() < 50000 && !stream.Failed()) std::this_thread::yield();
+            host.SetActiveList(libraries, Only("Stereo widener"));
+            stream.ResumePlayback();
+            stream.WaitUntilFinished();
+            EXPECT_FALSE(stream.Failed()) << stream.ErrorText();
+        }  // closing the stream completes the file
+        const std::vector<uint8_t> result = test::WavData(out.file("1. out.wav"));
+        ASSERT_EQ(result.size(), bytes.size());
+        // The first frame the widener made; from there on every frame is widened.
+        const int top = bits == 8 ? 127 : 32767;
+        size_t f = 0;
+        while (f < kFrames && frame(result, f) == VoiceRemoved(frame(bytes, f), top)) ++f;
+        const size_t switchFrame = f;
+        for (; f < kFrames; ++f)
+            ASSERT_EQ(frame(result, f), Widened(frame(bytes, f), top)) << "frame " << f << ", switch at " << switchFrame;
+        EXPECT_GE(switchFrame, 50000u);
+        EXPECT_LT(switchFrame, size_t{kFrames});
+    }
 }
 
 }  // namespace

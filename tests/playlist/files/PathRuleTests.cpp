@@ -128,19 +128,20 @@ TEST(RetrievalRule, TheSkipSettingsAndTheFileSystemDecide) {
     EXPECT_TRUE(ShouldRetrieveOnAdd(TrackRecord("http://host/a.mp3"), skipping(false, false, true)));
 }
 
+// Within a directory, names in case-blind order and directories never listed as files.
 TEST(DirectoryScan, FilesComeGroupedByExtensionAndSubdirectoriesBreadthFirst) {
     test::TempDir dir;
     namespace fs = std::filesystem;
-    for (const char* sub : {"x", "x/deep", "y"}) fs::create_directories(dir.path() / sub);
-    for (const char* file : {"b.mp3", "a.wav", "c.mp3", "x/1.mp3", "x/deep/2.wav", "y/3.wav", "notes.txt"})
+    for (const char* sub : {"x.mp3", "x.mp3/deep", "y"}) fs::create_directories(dir.path() / sub);
+    for (const char* file : {"b.mp3", "a.wav", "C.MP3", "d.mp3x", "x.mp3/1.mp3", "x.mp3/deep/2.wav", "y/3.wav"})
         test::WriteFile(dir.file(file), "");
     fs::create_directory_symlink(dir.path(), dir.path() / "y" / "loop");  // must not walk forever
     using V = std::vector<std::string>;
     EXPECT_EQ(ScanDirectory(dir.str(), false, ".mp3;.wav"),
-              (V{dir.file("b.mp3"), dir.file("c.mp3"), dir.file("a.wav")}));
-    EXPECT_EQ(ScanDirectory(dir.str(), true, ".mp3;.wav"),
-              (V{dir.file("b.mp3"), dir.file("c.mp3"), dir.file("a.wav"), dir.file("x/1.mp3"), dir.file("y/3.wav"),
-                 dir.file("x/deep/2.wav")}));
+              (V{dir.file("b.mp3"), dir.file("C.MP3"), dir.file("a.wav")}));
+    EXPECT_EQ(ScanDirectory(dir.str() + "/", true, ".mp3;.wav"),
+              (V{dir.file("b.mp3"), dir.file("C.MP3"), dir.file("a.wav"), dir.file("x.mp3/1.mp3"), dir.file("y/3.wav"),
+                 dir.file("x.mp3/deep/2.wav")}));
     EXPECT_TRUE(ScanDirectory(dir.file("missing"), true, ".mp3").empty());
 }
 

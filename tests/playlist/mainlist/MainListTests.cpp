@@ -8,10 +8,8 @@
 #include "settings/Settings.h"
 
 #include "Files.h"
-#include "PcmFixtures.h"
 #include "TempDir.h"
 
-#include <filesystem>
 #include <gtest/gtest.h>
 #include <set>
 
@@ -150,22 +148,6 @@ TEST_F(MainListTest, DeferredTracksAreListedAndTheirInformationPlacedWhereverThe
         EXPECT_EQ(static_cast<const TrackItem*>(list_.ItemAt(row))->Track().FileSize(), 7u) << row;
     ASSERT_EQ(changes_.size(), 1u);
     EXPECT_TRUE(changes_[0].texts && !changes_[0].rows);
-}
-
-TEST_F(MainListTest, RebuildingTheSampleSpaceResetsEveryPick) {
-    ASSERT_GT(modules_.LoadInputModules(std::string(VERDIN_TEST_PLUGIN_DIR) + ";", nullptr), 0u);
-    std::filesystem::create_directory(dir_.file("space"));
-    test::WriteWav(dir_.file("space/tone.wav"), 1, 8000, 16, test::Bytes16(test::Sine16(800, 1, 8000, {440.0})));
-    settings_.sampleSpaceSearchPath = dir_.file("space") + ";";
-    ASSERT_TRUE(list_.RecreateSampleSpace({}));
-    list_.Insert(-1, std::make_unique<RandomEntry>(""));
-    const TrackRecord* picked = list_.TrackToPlay(0);
-    ASSERT_NE(picked, nullptr);
-    EXPECT_EQ(picked->Body(), "tone");
-    ASSERT_TRUE(list_.RecreateSampleSpace({}));
-    // The pick pointed into the old space: the entry picks anew.
-    EXPECT_FALSE(static_cast<const RandomEntry*>(list_.ItemAt(0))->Picked());
-    EXPECT_EQ(list_.TrackToPlay(0)->Body(), "tone");
 }
 
 }  // namespace

@@ -152,7 +152,6 @@ TEST_F(Titles, FindLandsOnTheNextRowWhoseTitleOrNameHoldsTheText) {
         EXPECT_EQ(FindRow(main_, FirstRowToSearch(focused, main_.RowCount()), text, caseSensitive, titleOf), expected) << "\"" << text << "\" after row " << focused;
     for (const auto& [focused, first] : {std::pair{-1, 0}, {0, 1}, {4, 0}, {17, 0}}) EXPECT_EQ(FirstRowToSearch(focused, 5), first);
     EXPECT_EQ(std::tuple(FindRow(main_, 99, "Ann", false, titleOf), FindRow(main_, -7, "Delta", false, titleOf), FindRow(Playlist(), 0, "", false, titleOf)), std::tuple(0, 4, -1));
-    EXPECT_EQ(CannotFindMessage("Blue Train"), "Cannot find the string \"Blue Train\".");
 }
 
 }  // namespace

@@ -6,14 +6,20 @@
 #include "plugins/dsp/DspConfigure.h"
 #include "plugins/dsp/DspHost.h"
 
-#include "DspTestKit.h"
 #include "Files.h"
+#include "TempDir.h"
 
+#include <verdin/window.h>
+
+#include <dlfcn.h>
 #include <gmock/gmock.h>
 
+#include <algorithm>
 #include <atomic>
-#include <climits>
+#include <filesystem>
+#include <mutex>
 #include <thread>
+#include <tuple>
 
 namespace verdin::test {
 namespace {
@@ -21,6 +27,106 @@ namespace {
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 using ::testing::UnorderedElementsAre;
+
+// Copies the test plug-in "<module>.so" (kit, other, empty, noentry, nullheader, endless)
+// to directory/name: a library of its own for the loader, with its own static data.
+std::string PlaceTestModule(const std::string& module, const std::string& directory, const std::string& name) {
+    const std::filesystem::path target = std::filesystem::path(directory) / name;
+    std::filesystem::create_directories(target.parent_path());
+    std::filesystem::copy_file(std::filesystem::path(VERDIN_DSP_TEST_MODULES) / (module + ".so"), target);
+    return target.string();
+}
+
+// The handle of the library at path if the process has it loaded, else null; asking
+// neither loads it nor keeps a reference.
+void* LoadedHandle(const std::string& path) {
+    void* handle = dlopen(path.c_str(), RTLD_NOW | RTLD_NOLOAD);
+    if (handle) dlclose(handle);
+    else dlerror();
+    return handle;
+}
+
+// The parent window the test plug-ins report every call to: WM_COPYDATA, dwData
+// TEST_DSP_REPORT, the text "<library>/<module> <event>" ("Kit/append 1 Init"); kept in
+// arrival order from any thread. While the gate is armed, the first "gate" report holds
+// its thread (and the stream inside the host with it) until the test disarms it; another
+// thread passing meanwhile goes on, so a host letting two streams in fails, not hangs.
+class TestWindow {
+public:
+    VerdinHostWindow* record() { return &record_; }
+    std::vector<std::string> Events() const {
+        std::lock_guard lock(mutex_);
+        return events_;
+    }
+    std::vector<std::string> EventsContaining(std::string_view text) const {
+        std::vector<std::string> out = Events();
+        std::erase_if(out, [&](const std::string& event) { return event.find(text) == std::string::npos; });
+        return out;
+    }
+    void ClearEvents() {
+        std::lock_guard lock(mutex_);
+        events_.clear();
+    }
+
+    std::atomic<bool> gateArmed{false};  // written by the test
+    std::atomic<bool> held{false};       // written by the thread held at the gate
+
+private:
+    static intptr_t Receive(VerdinHostWindow* window, uint32_t msg, uintptr_t, intptr_t lParam) {
+        auto* self = static_cast<TestWindow*>(window->host);
+        const auto* data = reinterpret_cast<const COPYDATASTRUCT*>(lParam);
+        const bool report = msg == WM_COPYDATA && data && data->dwData == TEST_DSP_REPORT && data->lpData && data->cbData;
+        std::string event = report ? std::string(static_cast<const char*>(data->lpData), data->cbData - 1)
+                                   : "unexpected message " + std::to_string(msg);
+        const bool gate = event.ends_with(" gate");
+        {
+            std::lock_guard lock(self->mutex_);
+            self->events_.push_back(std::move(event));
+        }
+        if (gate && self->gateArmed.load() && !self->held.exchange(true)) {
+            while (self->gateArmed.load()) std::this_thread::yield();
+            self->held.store(false);
+        }
+        return 1;
+    }
+
+    VerdinHostWindow record_{&TestWindow::Receive, this};
+    mutable std::mutex mutex_;
+    std::vector<std::string> events_;
+};
+
+// The modules' indices in their libraries (see TestDspPlugin.c).
+enum KitModule { kAppend1, kAppend2, kAppend3, kHalve, kDouble, kNegative, kOverlong, kGate, kFormat };
+enum OtherModule { kAppend4, kAppend5 };
+
+// The DSP host over copies of "kit" and "other" in a private directory, listed with the
+// test's window as their parent.
+class DspHostTest : public ::testing::Test {
+protected:
+    DspModuleRef Kit(int index) const { return {kit, index}; }
+    DspModuleRef Other(int index) const { return {other, index}; }
+    void Activate(const std::vector<DspModuleRef>& refs) { host.SetActiveList(libraries, refs); }
+    // A stereo 16-bit block of frames through the host, in a buffer with room for twice as
+    // many, as streams hand it over; returns the frame count that comes out.
+    uint32_t Process(std::vector<int16_t>& block, uint32_t frames, uint32_t bits = 16, uint32_t channels = 2,
+                     uint32_t rate = 44100) {
+        block.resize(std::max<size_t>(block.size(), 4 * size_t{frames}));
+        return DspHost::Process(host.HookContext(), reinterpret_cast<uint8_t*>(block.data()), frames, bits, channels, rate);
+    }
+
+    TempDir dir;
+    TestWindow window;
+    std::string kit = PlaceTestModule("kit", dir.str(), "kit.so"), other = PlaceTestModule("other", dir.str(), "other.so");
+    DspLibraryList libraries{window.record(), dir.str() + ";"};
+    DspHost host;
+};
+
+// The value every one of the first n samples has, or -1 when they differ.
+int UniformValue(const std::vector<int16_t>& samples, size_t n) {
+    for (size_t i = 1; i < n; ++i)
+        if (samples[i] != samples[0]) return -1;
+    return samples[0];
+}
 
 // Splitting at ";" and reading the number as atoi does are SplitSearchPath's and
 // ParseDecimal's (tests/base); here where the pieces split and that the numbers are read so.
@@ -40,9 +146,7 @@ TEST(DspPluginsText, ParsesPiecesInOrderAndFormatsThemBack) {
 // and which files are listed at all are ListFilesWithExtension's, tests/base); a directory
 // listed twice is searched twice, a library whose modules never end is cut off. Nothing
 // stays loaded, no module is called, and a library is found by its path byte for byte.
-TEST(DspLibraryList, ListsDspLibrariesDirectoryByDirectoryAndLeavesThemUnloaded) {
-    TempDir dir;
-    TestWindow window;
+TEST_F(DspHostTest, ListsDspLibrariesDirectoryByDirectoryAndLeavesThemUnloaded) {
     const std::string a = dir.file("a"), b = dir.file("b"), c = dir.file("c");
     const std::string alpha = PlaceTestModule("other", a, "alpha.so"), beta = PlaceTestModule("kit", a, "beta.so"),
                       gamma = PlaceTestModule("empty", a, "gamma.so"), inB = PlaceTestModule("kit", b, "kit.so"),
@@ -76,11 +180,8 @@ TEST(DspLibraryList, ListsDspLibrariesDirectoryByDirectoryAndLeavesThemUnloaded)
 
 // An instance loads its library and fills in the module's record before any call; Quit
 // only follows Init. Configure uses a temporary instance without Init or Quit.
-TEST(DspLibraryList, ActivationLoadsTheLibraryForTheInstanceAndQuitOnlyFollowsInit) {
-    TempDir dir;
-    TestWindow window;
-    const std::string kit = PlaceTestModule("kit", dir.str(), "kit.so"), other = PlaceTestModule("other", dir.str(), "other.so");
-    DspLibraryList list(window.record(), dir.str() + ";");
+TEST_F(DspHostTest, ActivationLoadsTheLibraryForTheInstanceAndQuitOnlyFollowsInit) {
+    DspLibraryList& list = libraries;
     auto byIndex = list.Activate(0, 2);
     ASSERT_NE(byIndex, nullptr);
     EXPECT_STREQ(byIndex->module()->description, "append 3");
@@ -165,13 +266,9 @@ TEST_F(DspHostTest, TheActiveListInitialisesBeforeItQuitsAndQuitsEachModuleOnce)
 // for output, within the room of twice the block.
 TEST_F(DspHostTest, ModulesRunInListOrderAndEachResultCarriesOn) {
     constexpr uint32_t kFrames = 64;
-    const struct {
-        const char* name;
-        std::vector<DspModuleRef> refs;
-        uint32_t frames;       // the result
-        int16_t value;         // of every sample of the first valueFrames frames
-        uint32_t valueFrames;  // 0: all of the resulting frames
-    } cases[] = {
+    // What is active, the frame count that comes out, the value of every sample of the first
+    // frames (how many: 0 for all of those that come out).
+    const std::tuple<const char*, std::vector<DspModuleRef>, uint32_t, int16_t, uint32_t> cases[] = {
         {"nothing active", {}, kFrames, 0, 0},
         {"list order", {Kit(kAppend3), Other(kAppend4), Kit(kAppend1)}, kFrames, 341, 0},
         {"same module twice", {Kit(kAppend2), Kit(kAppend2)}, kFrames, 22, 0},
@@ -182,15 +279,15 @@ TEST_F(DspHostTest, ModulesRunInListOrderAndEachResultCarriesOn) {
         {"more than the room is cut", {Kit(kAppend1), Kit(kOverlong)}, 2 * kFrames, 1, kFrames},
         {"double twice stays in the room", {Kit(kDouble), Kit(kHalve), Kit(kDouble)}, 2 * kFrames, 0, 0},
     };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.name);
-        Activate(c.refs);
+    for (const auto& [name, refs, expectedFrames, value, valueFrames] : cases) {
+        SCOPED_TRACE(name);
+        Activate(refs);
         std::vector<int16_t> block;
         const uint32_t frames = Process(block, kFrames);
-        EXPECT_EQ(frames, c.frames);
-        const uint32_t checked = c.valueFrames ? c.valueFrames : frames;
+        EXPECT_EQ(frames, expectedFrames);
+        const uint32_t checked = valueFrames ? valueFrames : frames;
         if (checked) {
-            EXPECT_EQ(UniformValue(block, 2 * checked), c.value) << "first sample " << block[0];
+            EXPECT_EQ(UniformValue(block, 2 * checked), value) << "first sample " << block[0];
         }
     }
     // Shortened: the rest of the block stays as the last module that had it whole left it,

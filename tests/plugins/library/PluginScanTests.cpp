@@ -4,7 +4,12 @@
 // theInputVisualizationAndGeneralPurposePages), with a general-purpose plug-in.
 #include "plugins/library/PluginScan.h"
 
-#include "DspTestKit.h"
+#include "TempDir.h"
+
+#include <verdin/window.h>
+
+#include <dlfcn.h>
+#include <gtest/gtest.h>
 
 #include <tuple>
 
@@ -17,6 +22,14 @@ bool operator==(const FoundPluginLibrary& a, const FoundPluginLibrary& b) {
 namespace {
 
 const std::string kScanDir = VERDIN_SCAN_TEST_MODULES;
+
+// The handle of the library at path if the process has it loaded, else null.
+void* LoadedHandle(const std::string& path) {
+    void* handle = dlopen(path.c_str(), RTLD_NOW | RTLD_NOLOAD);
+    if (handle) dlclose(handle);
+    else dlerror();
+    return handle;
+}
 
 // Copies of the test plug-ins in a private directory, so the build's own holds nothing
 // else; the DSP test plug-ins come first on the path, and are passed over like the
@@ -32,7 +45,7 @@ TEST(PluginScan, FindsEachKindAlongTheSearchPathAndLeavesNothingLoaded) {
     EXPECT_EQ(FindVisualizationLibraries(path), expected);
     EXPECT_TRUE(FindGeneralPurposeLibraries(path).empty());
     EXPECT_TRUE(FindVisualizationLibraries("").empty());
-    for (const auto& library : expected) EXPECT_EQ(test::LoadedHandle(library.path), nullptr) << library.path;
+    for (const auto& library : expected) EXPECT_EQ(LoadedHandle(library.path), nullptr) << library.path;
 }
 
 // The module's Config is called with its window and its library's handle filled in.
@@ -46,7 +59,7 @@ TEST(PluginScan, ConfigureHandsTheModuleItsWindowAndLibraryFirst) {
     VerdinHostWindow window{[](VerdinHostWindow* w, uint32_t msg, uintptr_t, intptr_t lParam) -> intptr_t {
                                 auto* r = static_cast<Received*>(w->host);
                                 r->calls += msg == WM_USER;
-                                r->libraryHandle = lParam == reinterpret_cast<intptr_t>(test::LoadedHandle(r->path));
+                                r->libraryHandle = lParam == reinterpret_cast<intptr_t>(LoadedHandle(r->path));
                                 return 0;
                             },
                             &received};
@@ -59,7 +72,7 @@ TEST(PluginScan, ConfigureHandsTheModuleItsWindowAndLibraryFirst) {
         EXPECT_EQ(ConfigureVisualizationModule(path, module, &window), configured) << path << " " << module;
     EXPECT_EQ(received.calls, 1);
     EXPECT_TRUE(received.libraryHandle);
-    EXPECT_EQ(test::LoadedHandle(vis), nullptr);
+    EXPECT_EQ(LoadedHandle(vis), nullptr);
 }
 
 }  // namespace

@@ -1,9 +1,8 @@
-#pragma once
-// The harness of the playlist file fuzzers (playlist_m3u, playlist_pls, playlist_vdp):
-// arbitrary bytes become a playlist file in a private directory that also holds a few
-// tracks and playlists the bytes may name. The file is loaded with retrieval skipped,
-// saved in its own format over itself and loaded again: the second load must hold the
-// same items (kinds, names, expressions). For PLS and .vdp, the indexed key reader must
+// The playlist file fuzzers, this file built once per format (playlist_m3u, playlist_pls,
+// playlist_vdp): arbitrary bytes become a playlist file in a private directory that also
+// holds a few tracks and playlists the bytes may name. The file is loaded with retrieval
+// skipped, saved in its own format over itself and loaded again: the second load must hold
+// the same items (kinds, names, expressions). For PLS and .vdp, the indexed key reader must
 // also read what the profile reader reads. Anything else aborts.
 #include "engine/input/InputModuleList.h"
 #include "playlist/Playlist.h"
@@ -21,7 +20,7 @@
 namespace verdin::fuzz {
 
 // Made once per process and removed when it exits normally (a crash leaves it to look at).
-inline const std::string& FixtureDirectory() {
+const std::string& FixtureDirectory() {
     static const std::string directory = [] {
         std::string pattern = std::string(std::filesystem::is_directory("/dev/shm") ? "/dev/shm" : "/tmp") + "/verdin-playlist-fuzz-XXXXXX";
         if (!mkdtemp(pattern.data())) std::abort();
@@ -42,7 +41,7 @@ inline const std::string& FixtureDirectory() {
     return directory;
 }
 
-inline void CheckIniAgreement(std::string_view text, std::string_view section, std::string_view prefix) {
+void CheckIniAgreement(std::string_view text, std::string_view section, std::string_view prefix) {
     const IniProfile profile = IniProfile::Parse(text);
     const IniSectionIndex index = IniSectionIndex::Parse(text, section);
     const int count = profile.GetInt(section, "numberofentries", 0);
@@ -59,7 +58,7 @@ inline void CheckIniAgreement(std::string_view text, std::string_view section, s
 
 // Loads the file into a fresh tree, where it must be one nested playlist without unsaved
 // changes; its items as (kind, full name or expression).
-inline std::vector<std::pair<ItemKind, std::string>> Load(const std::string& file, Playlist& main) {
+std::vector<std::pair<ItemKind, std::string>> Load(const std::string& file, Playlist& main) {
     static Settings settings = [] {
         Settings s;
         s.skipInfoForAnyFile = 1;
@@ -78,16 +77,20 @@ inline std::vector<std::pair<ItemKind, std::string>> Load(const std::string& fil
     return items;
 }
 
-inline int RoundTrip(const uint8_t* data, size_t size, const char* extension, PlaylistFormat format) {
+}  // namespace verdin::fuzz
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
+    using namespace verdin;
+    constexpr PlaylistFormat kFormat = PlaylistFormat::PLAYLIST_FORMAT;
     const std::string_view bytes(reinterpret_cast<const char*>(data), size);
-    if (format == PlaylistFormat::kPls) CheckIniAgreement(bytes, "playlist", "file");
-    if (format == PlaylistFormat::kVdp) CheckIniAgreement(bytes, "entries", "entry");
-    const std::string file = FixtureDirectory() + "list" + extension;
+    if (kFormat == PlaylistFormat::kPls) fuzz::CheckIniAgreement(bytes, "playlist", "file");
+    if (kFormat == PlaylistFormat::kVdp) fuzz::CheckIniAgreement(bytes, "entries", "entry");
+    const std::string file = fuzz::FixtureDirectory() + "list" + PLAYLIST_EXTENSION;
     if (!(std::ofstream(file, std::ios::binary | std::ios::trunc) << bytes)) std::abort();
     Playlist first, second;
-    const auto loaded = Load(file, first);
-    if (!SavePlaylist(static_cast<Playlist&>(*first.ItemAt(0)), file, format) || Load(file, second) != loaded) std::abort();
+    const auto loaded = fuzz::Load(file, first);
+    if (!SavePlaylist(static_cast<Playlist&>(*first.ItemAt(0)), file, kFormat) ||
+        fuzz::Load(file, second) != loaded)
+        std::abort();
     return 0;
 }
-
-}  // namespace verdin::fuzz
