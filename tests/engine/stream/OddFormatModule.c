@@ -2,11 +2,15 @@
  * An input plug-in that reports whatever format its ".odd" file names: the file's first
  * byte is the channel count, the second the bits per sample. Its decoder gives a second
  * of zeros in that format, so a stream that accepted the format would fill its ring.
+ * It does not declare itself re-entrant, and counts the calls that reach it on any thread
+ * but the process's main one.
  */
 #include <verdin/input.h>
 
 #include <stdio.h>
 #include <string.h>
+#include <sys/syscall.h>
+#include <unistd.h>
 
 #pragma GCC diagnostic ignored "-Wunused-parameter"
 
@@ -24,7 +28,11 @@ static void Destroy(InputDecoder* self) {}
 static const InputDecoderOps decoderOps = {Decode, Seek, NULL, NULL, Destroy};
 static InputDecoder decoder = {&decoderOps};
 
+static int callsOffMainThread;
+VERDIN_PLUGIN_EXPORT int OddFormatModule_CallsOffMainThread(void) { return __atomic_load_n(&callsOffMainThread, __ATOMIC_SEQ_CST); }
+
 static int32_t GetFileInfo(InputModule* self, const char* path, uint32_t offset, TrackInfo* info) {
+    if (syscall(SYS_gettid) != getpid()) __atomic_fetch_add(&callsOffMainThread, 1, __ATOMIC_SEQ_CST);
     unsigned char format[2] = {0, 0};
     FILE* file = fopen(path, "rb");
     if (!file) return 0;

@@ -3,6 +3,8 @@
 #include "playlist/ProcessRandom.h"
 #include "playlist/random/SampleSpace.h"
 #include "playlist/random/SampleSpaceScan.h"
+#include "playlist/random/ParallelRetrieval.h"
+#include "engine/input/InputModuleList.h"
 
 #include "Files.h"
 #include "PcmFixtures.h"
@@ -11,6 +13,8 @@
 #include "TempDir.h"
 
 #include <gtest/gtest.h>
+
+#include <dlfcn.h>
 
 #include <algorithm>
 #include <cstdlib>
@@ -136,6 +140,25 @@ TEST_F(SampleSpaceFiles_, TheBuildRetrievesEveryTrackInScanOrderWithAnyNumberOfT
 // limits: the candidates are the matching tracks in order that are not in the history; the
 // (rand() % their number)-th is taken and appended to the history, whose oldest entry goes
 // when it then holds more than the limit; no candidate gives the null track and empties it.
+TEST(Retrieval, AModuleThatIsNotReentrantIsOnlyAskedOnTheCallingThread) {
+    InputModuleList odd;
+    ASSERT_EQ(odd.LoadInputModules(VERDIN_ODD_FORMAT_MODULES, nullptr), 1u);
+    test::TempDir dir;
+    std::vector<std::unique_ptr<TrackRecord>> tracks;
+    for (int i = 0; i < 64; ++i) {
+        test::WriteFile(dir.file(std::to_string(i) + ".odd"), {2, 16});
+        tracks.push_back(std::make_unique<TrackRecord>(dir.file(std::to_string(i) + ".odd")));
+    }
+    std::vector<size_t> reports;  // only up, to all of them
+    RetrieveAllInformation(tracks, odd, true, 4, [&](size_t done, size_t) { reports.push_back(done); });
+    EXPECT_TRUE(std::ranges::adjacent_find(reports, std::greater_equal<>()) == reports.end() && reports.back() == tracks.size());
+    EXPECT_TRUE(std::ranges::all_of(tracks, [](const auto& t) { return t->InfoRetrieved() && t->Exists() && t->Channels() == 2; }));
+    void* library = dlopen(VERDIN_ODD_FORMAT_MODULES "/odd_format_module.so", RTLD_NOW | RTLD_NOLOAD);
+    ASSERT_NE(library, nullptr);
+    EXPECT_EQ(reinterpret_cast<int (*)()>(dlsym(library, "OddFormatModule_CallsOffMainThread"))(), 0);
+    dlclose(library);
+}
+
 TEST(Picks, FollowTheDocumentedRule) {
     const Strings names{"a1", "b1", "a2", "a3", "b2"};
     Strings history;
