@@ -1,0 +1,55 @@
+// What the player does when things go wrong around it, run as a user would meet it: a
+// clear message, a player that stays usable or ends with a status a script can read, and
+// the files on disk intact.
+#include "SystemFixture.h"
+
+#include "Files.h"
+
+#include <csignal>
+
+namespace verdin::test {
+namespace {
+
+using namespace std::chrono_literals;
+
+TEST_F(SystemTest, WithoutASoundOutputAQuitAfterPlayRunSaysWhyAndFails) {
+    SeedSettings([](Settings& s) { s.outputType = 2; });  // the sound server, and none answers
+    const char* saved = std::getenv("PULSE_SERVER");
+    const std::string restore = saved ? saved : "";
+    setenv("PULSE_SERVER", ("unix:" + home_.dir.file("run/no-server")).c_str(), 1);
+    const std::string a = Tone("a.wav", 0.2, 440);
+    PlayerProcess player(home_, bus_, {"--headless", "--quit-after-play", "/PLAY", a});
+    EXPECT_EQ(player.WaitForExit(20s), 1) << player.Output();
+    saved ? setenv("PULSE_SERVER", restore.c_str(), 1) : unsetenv("PULSE_SERVER");
+    EXPECT_NE(player.Output().find("Verdin: Failed to initialize DirectSound playback.\n"), std::string::npos) << player.Output();
+    EXPECT_EQ(ReadFile(home_.DefaultPlaylist()), PlaylistText({a}));
+}
+
+// Every method of the player's object once (the sanitizer build runs this too), then a
+// quit that would lose an edited nested playlist: nobody can answer, so it keeps it.
+TEST_F(SystemTest, EveryPlayerMethodAnswersAndQuitWithoutAWindowKeepsUnsavedPlaylists) {
+    SeedSettings([this](Settings& s) { DecodeToFiles(s); });
+    const std::string a = Tone("a.wav", 0.2, 440), nested = home_.dir.file("music/nested.m3u");
+    WriteFile(nested, Tone("b.wav", 0.2, 550) + "\n");
+    auto player = Start({"--headless", a, nested});
+    EXPECT_EQ(player->Call("Status"), "('1. a 0:00 (0:00)',)");
+    EXPECT_EQ(player->Call("Caption"), "('1. a <stopped>',)");
+    EXPECT_EQ(player->Call("Position"), "(uint32 0,)");
+    for (const char* name : {"saved.m3u", "saved.PLS", "saved.vdp"}) {
+        ASSERT_TRUE(player->Call("SavePlaylist", {home_.dir.file(name)})) << name;
+        EXPECT_NE(ReadFile(home_.dir.file(name)).find("music/a.wav"), std::string::npos) << ReadFile(home_.dir.file(name));
+    }
+    EXPECT_EQ(ReadFile(home_.dir.file("saved.PLS")).rfind("[playlist]", 0), 0u);
+    EXPECT_FALSE(player->Call("SavePlaylist", {home_.dir.file("missing/x.vdp")}));
+
+    ASSERT_TRUE(player->Call("Command", {"50118"}));  // sorting marks the nested playlist edited
+    ASSERT_TRUE(player->Call("Quit"));
+    const std::string asked = "Verdin: The main playlist contains unsaved playlist(s). Quit anyway? No\n";
+    EXPECT_TRUE(WaitFor([&] { return player->Output().find(asked) != std::string::npos; }, 10s)) << player->Output();
+    EXPECT_EQ(player->Status(), "stopped");
+    player->Signal(SIGTERM);
+    EXPECT_EQ(player->WaitForExit(), 0) << player->Output();
+}
+
+}  // namespace
+}  // namespace verdin::test
