@@ -23,7 +23,6 @@ namespace {
 // The headless player on a private home; tracks are added without reading them.
 struct PlayerUnderTest {
     PlayerUnderTest() {
-        home.Seed();
         app = std::make_unique<CoreApplication>(RunOptions{});
         app->StartUp(nullptr);
         Face().SetDeferredRetrieval(true);
