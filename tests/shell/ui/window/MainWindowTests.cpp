@@ -306,12 +306,9 @@ void MainWindowTests::playlistHiddenFixesTheHeight() {
 void MainWindowTests::editingTheListFromTheView() {
     WindowHome home;
     const std::string x = home.Tone("x.wav", 2), y = home.Tone("y.wav", 3);
-    WindowRun run;
+    WindowRun run(Tones(home, {"a", "b"}, 2));
     MainWindow& window = run.Window();
     const Playlist& main = run.Core().List();
-    QList<QUrl> urls;
-    for (const char* name : {"a", "b"}) urls << QUrl::fromLocalFile(Q(home.Tone(std::string(name) + ".wav", 2)));
-    window.DropUrls(urls);
     QVERIFY(WaitUntil([&] { return window.ListSummaryLabel().text() == QStringLiteral("2 tracks (0:04)"); }));
     // With the view's focus, adding inserts at the selection, which follows its entry.
     window.View().setFocus();
