@@ -51,12 +51,6 @@ void Key(MainWindow& window, Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::
     QCoreApplication::processEvents();
 }
 
-// Plays a row and waits until its output runs.
-bool PlayRow(Player& player, int row = 0) {
-    player.PlayRow(row);
-    return WaitUntil([&] { return player.CurrentStream() && player.CurrentStream()->OutputStarted(); });
-}
-
 QString Bodies(const Playlist& main) {
     std::string bodies;
     for (int row = 0; row < main.RowCount(); ++row) bodies += main.ItemAtRow(row).item->Body() + " ";
@@ -79,9 +73,8 @@ private slots:
     void captionWaitsForStartUpThenFollowsTheTemplate();
     void volumeFollowsKeysAndItsBar();
     void positionBarSeekKeysAndTheScopes();
-    void playlistHiddenFixesTheHeight();
     void editingTheListFromTheView();
-    void layoutIsStoredAndRestored();
+    void layoutIsStoredAndRestoredAndFollowsThePlaylist();
     void volumeWarningWhenTheOutputCannotChangeIt();
     void dropsAppendFilesFoldersAndLinksInSlices();
     void fileCommandsOpenAddAndSave();
@@ -236,7 +229,8 @@ void MainWindowTests::positionBarSeekKeysAndTheScopes() {
     // No track playing: a page click moves nothing.
     bar.triggerAction(QAbstractSlider::SliderPageStepAdd);
     QCOMPARE(bar.value(), 0);
-    QVERIFY(PlayRow(player));
+    player.PlayRow(0);
+    QVERIFY(WaitUntil([&] { return player.CurrentStream() && player.CurrentStream()->OutputStarted(); }));
     // A 30 s track: 30 + 30/16 - 1 = 30 with a page of 1.
     QCOMPARE(bar.maximum(), 30);
     // Each step seeks by 5 s, never below 0, and the player plays on from there. (A seek is
@@ -280,27 +274,6 @@ void MainWindowTests::positionBarSeekKeysAndTheScopes() {
     QVERIFY(WaitUntil([&] { return rowsDrawn(run.Window().Analyzer()) >= 4 && rowsDrawn(run.Window().Oscilloscope()) >= 4; }));
     player.Execute(Action::kStop);
     QVERIFY(WaitUntil([&] { return rowsDrawn(run.Window().Analyzer()) + rowsDrawn(run.Window().Oscilloscope()) == 0; }));
-}
-
-void MainWindowTests::playlistHiddenFixesTheHeight() {
-    WindowHome home;
-    WindowRun run;
-    MainWindow& window = run.Window();
-    window.resize(500, 400);
-    QVERIFY(WaitUntil([&] { return window.height() == 400; }));
-    Key(window, Qt::Key_P);
-    QVERIFY(window.PlaylistContainer().isHidden());
-    const int bars = window.minimumHeight();
-    QCOMPARE(window.maximumHeight(), bars);
-    QVERIFY(bars > 0 && bars < 150);
-    // A band shown on a line of its own makes the window as much taller.
-    Key(window, Qt::Key_8);
-    QVERIFY(WaitUntil([&] { return window.minimumHeight() > bars; }));
-    QCOMPARE(window.maximumHeight(), window.minimumHeight());
-    Key(window, Qt::Key_P);
-    QCOMPARE(window.minimumHeight(), 150);
-    QVERIFY(window.maximumHeight() > 10000);
-    QVERIFY(WaitUntil([&] { return window.height() == 400; }));
 }
 
 void MainWindowTests::editingTheListFromTheView() {
@@ -361,7 +334,7 @@ void MainWindowTests::editingTheListFromTheView() {
     QCOMPARE(Bodies(main), QStringLiteral("b x y x "));
 }
 
-void MainWindowTests::layoutIsStoredAndRestored() {
+void MainWindowTests::layoutIsStoredAndRestoredAndFollowsThePlaylist() {
     WindowHome home;
     {
         WindowRun run;
@@ -405,6 +378,23 @@ void MainWindowTests::layoutIsStoredAndRestored() {
     QCOMPARE(scope.top(), transport.top());
     QVERIFY(scope.left() < transport.left());
     QVERIFY(window.Bands().Band(111)->geometry().top() > transport.top());
+
+    // The playlist hidden fixes the height at the bands'; shown again, the height comes back.
+    window.resize(500, 400);
+    QVERIFY(WaitUntil([&] { return window.height() == 400; }));
+    Key(window, Qt::Key_P);
+    QVERIFY(window.PlaylistContainer().isHidden());
+    const int bars = window.minimumHeight();
+    QCOMPARE(window.maximumHeight(), bars);
+    QVERIFY(bars > 0 && bars < 150);
+    // A band shown on a line of its own makes the window as much taller.
+    Key(window, Qt::Key_8);
+    QVERIFY(WaitUntil([&] { return window.minimumHeight() > bars; }));
+    QCOMPARE(window.maximumHeight(), window.minimumHeight());
+    Key(window, Qt::Key_P);
+    QCOMPARE(window.minimumHeight(), 150);
+    QVERIFY(window.maximumHeight() > 10000);
+    QVERIFY(WaitUntil([&] { return window.height() == 400; }));
 }
 
 void MainWindowTests::volumeWarningWhenTheOutputCannotChangeIt() {
