@@ -1,6 +1,7 @@
 // The playlist view's model over the player's main list: consistency under every kind of
-// edit (QAbstractItemModelTester), the exact signals a change makes, the texts, drags,
-// and the background retrieval of added tracks.
+// edit (QAbstractItemModelTester), the exact signals a change makes, drags, and the
+// background retrieval of added tracks. (Texts, icons and the bold current row are read
+// through the main window's view in its tests.)
 #include "WindowKit.h"
 
 #include "playlist/Playlist.h"
@@ -42,7 +43,6 @@ class PlaylistModelTests : public QObject {
 private slots:
     void editsAreToldAsTheRowsTheyTouch();
     void hundredThousandRowsGrowByOneRowAndSelectByRanges();
-    void iconsAndTheCurrentRow();
     void draggedRowsAskForAMove();
     void retrievalFillsTracksEvenWhenRowsMove();
 };
@@ -112,28 +112,6 @@ void PlaylistModelTests::hundredThousandRowsGrowByOneRowAndSelectByRanges() {
     view.SelectRows({7, 3});
     QCOMPARE(view.SelectedRows(), (std::vector<int>{3, 7}));
     QCOMPARE(view.FirstSelectedRow(), 3);
-}
-
-// (The cells' texts are the player's: the main window's tests read them through the view.)
-void PlaylistModelTests::iconsAndTheCurrentRow() {
-    PlayerUnderTest t;
-    t.Add(2);
-    t.Face().Execute(Action::kAddNewPlaylist);
-    PlaylistModel model(t.Face());
-    QPixmap red(16, 16), blue(16, 16);
-    red.fill(Qt::red);
-    blue.fill(Qt::blue);
-    const QIcon playlistIcon(red), trackIcon(blue);
-    model.SetIcons(playlistIcon, trackIcon);
-    QCOMPARE(model.data(model.index(0, 0), Qt::DecorationRole).value<QIcon>().cacheKey(), trackIcon.cacheKey());
-    QCOMPARE(model.data(model.index(2, 0), Qt::DecorationRole).value<QIcon>().cacheKey(), playlistIcon.cacheKey());
-    QVERIFY(!model.data(model.index(0, 1), Qt::DecorationRole).isValid());
-    // The current row is bold.
-    t.Face().PlayRow(1);
-    t.Face().Execute(Action::kStop);
-    model.CurrentRowMoved();
-    QVERIFY(model.data(model.index(1, 3), Qt::FontRole).value<QFont>().bold());
-    QVERIFY(!model.data(model.index(0, 3), Qt::FontRole).isValid());
 }
 
 void PlaylistModelTests::draggedRowsAskForAMove() {

@@ -16,6 +16,7 @@
 #include "shell/ui/playlist/InformationRetrieval.h"
 #include "shell/ui/playlist/PlaylistModel.h"
 #include "shell/ui/playlist/PlaylistView.h"
+#include "shell/ui/window/Icons.h"
 
 #include <QAction>
 #include <QApplication>
@@ -319,6 +320,15 @@ void MainWindowTests::editingTheListFromTheView() {
     QCOMPARE(Bodies(main), QStringLiteral("a Untitled b x y "));
     QCOMPARE(run.Core().CurrentRow(), 4);
     QCOMPARE(window.View().SelectedRows(), std::vector<int>{4});  // the selection follows its entry
+    // The current row is bold; tracks and playlists have icons of their own, in the first column.
+    QVERIFY(model.data(model.index(4, 3), Qt::FontRole).value<QFont>().bold());
+    QVERIFY(!model.data(model.index(3, 3), Qt::FontRole).isValid());
+    const auto icon = [&](int row, int column) {
+        return model.data(model.index(row, column), Qt::DecorationRole).value<QIcon>().pixmap(16).toImage();
+    };
+    QCOMPARE(icon(0, 0), TrackRowIcon(window).pixmap(16).toImage());
+    QCOMPARE(icon(1, 0), PlaylistRowIcon(window).pixmap(16).toImage());
+    QVERIFY(icon(0, 1).isNull());
     window.View().SelectRows({0, 1});
     Key(window, Qt::Key_Delete);
     QCOMPARE(Bodies(main), QStringLiteral("b x y "));
