@@ -41,7 +41,8 @@ TEST(PaintAnalyzer, BarHeightIsTheValueOfEverySixthBinShiftedByFour) {
     for (const Case& c : cases) {
         ScopePixels pixels{};
         AnalyzerHistory history;
-        PaintAnalyzer(pixels, colours, history, [&](int channel, int bin) { return channel == 0 || bin == 570 ? c.value : 0; });
+        PaintAnalyzer(pixels, colours, history,
+                      [&](int channel, int bin) { return channel == 0 || bin == 570 ? c.value : 0; });
         EXPECT_EQ(Height(pixels, 0), c.height) << c.value;
         EXPECT_EQ(Height(pixels, kRightChannelOffset + 95), c.height) << c.value;
         EXPECT_EQ(Height(pixels, kRightChannelOffset + 94), 0) << c.value;

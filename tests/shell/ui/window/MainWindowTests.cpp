@@ -541,7 +541,8 @@ void MainWindowTests::findAndFindNextSelectTheMatches() {
         return watcher.Boxes();
     };
     window.View().SelectRows({3});
-    QCOMPARE(find(QStringLiteral("ALPHA"), true), QStringList{QStringLiteral("Verdin: Cannot find the string \"ALPHA\".")});
+    QCOMPARE(find(QStringLiteral("ALPHA"), true),
+             QStringList{QStringLiteral("Verdin: Cannot find the string \"ALPHA\".")});
     QCOMPARE(find(QStringLiteral("ALPHA"), false), QStringList{});
     QCOMPARE(window.View().SelectedRows(), std::vector<int>{0});
     for (int expected : {2, 0}) {  // and round again to the first match
