@@ -29,7 +29,9 @@ int PeakRow(ScopePixels& pixels, int x) {
     return -1;
 }
 
-TEST(PaintAnalyzer, BarHeightIsTheValueShiftedByFour) {
+// Each channel's bars read every sixth bin: here the left channel is loud in every bin,
+// the right one in bin 570 only, its last bar's.
+TEST(PaintAnalyzer, BarHeightIsTheValueOfEverySixthBinShiftedByFour) {
     struct Case {
         int32_t value;
         int height;
@@ -39,27 +41,17 @@ TEST(PaintAnalyzer, BarHeightIsTheValueShiftedByFour) {
     for (const Case& c : cases) {
         ScopePixels pixels{};
         AnalyzerHistory history;
-        PaintAnalyzer(pixels, colours, history, [&](int, int) { return c.value; });
+        PaintAnalyzer(pixels, colours, history,
+                      [&](int channel, int bin) { return channel == 0 || bin == 570 ? c.value : 0; });
         EXPECT_EQ(Height(pixels, 0), c.height) << c.value;
         EXPECT_EQ(Height(pixels, kRightChannelOffset + 95), c.height) << c.value;
+        EXPECT_EQ(Height(pixels, kRightChannelOffset + 94), 0) << c.value;
         for (int j = 0; j < c.height; ++j) EXPECT_EQ(PixelAt(pixels, 0, j), 1000u + 1 + 6 * static_cast<uint32_t>(j));
         // The peak mark sits at the bar's top row, coloured by the bar's height.
         EXPECT_EQ(PixelAt(pixels, 0, std::min(c.value >> 4, 15)), 1053u + static_cast<uint32_t>(c.height)) << c.value;
+        // Between the channels nothing is drawn.
+        for (int x = 96; x < kRightChannelOffset; ++x) EXPECT_EQ(PeakRow(pixels, x), -1);
     }
-}
-
-TEST(PaintAnalyzer, ReadsEverySixthBinPerChannel) {
-    ScopePixels pixels{};
-    AnalyzerHistory history;
-    // Only bin 570 of the right channel is loud: the right channel's last bar.
-    PaintAnalyzer(pixels, NumberedColours(), history,
-                  [](int channel, int bin) { return channel == 1 && bin == 570 ? 255 : 0; });
-    EXPECT_EQ(Height(pixels, kRightChannelOffset + 95), 15);
-    EXPECT_EQ(Height(pixels, 95), 0);
-    EXPECT_EQ(Height(pixels, kRightChannelOffset + 94), 0);
-    // Between the channels nothing is drawn.
-    for (int x = 96; x < kRightChannelOffset; ++x)
-        for (int row = 0; row < kScopeHeight; ++row) EXPECT_EQ(PixelAt(pixels, x, row), 7u);
 }
 
 TEST(PaintAnalyzer, BarsFallARowAPaintPeaksHoldThenFallFaster) {

@@ -1,6 +1,7 @@
 // The dialogs on the windowed player, driven as a user drives them: the options pages
 // into the settings and back, the DSP list and the equalizer heard on a playing stream,
-// the presets, track properties and writing a tag, random entries, and find.
+// the presets, track properties and writing a tag, and random entries. (Find is driven
+// from the main window.)
 #include "WindowKit.h"
 
 #include "engine/stream/Stream.h"
@@ -9,7 +10,6 @@
 #include "shell/ui/dialogs/Dialogs.h"
 #include "shell/ui/dialogs/equalizer/BandSlider.h"
 #include "shell/ui/dialogs/equalizer/EqualizerDialog.h"
-#include "shell/ui/dialogs/find/FindDialog.h"
 #include "shell/ui/dialogs/options/OptionWidgets.h"
 #include "shell/ui/dialogs/options/OptionsDialog.h"
 #include "shell/ui/dialogs/options/OutputPage.h"
@@ -480,33 +480,6 @@ private slots:
             QCOMPARE(entry(1)->Expression(), std::string(accept ? "(DURATION < 60)" : "(FILEBODY = \"none\")"));
             QCOMPARE(entry(1)->Picked(), !accept);
         }
-    }
-
-    // Tracks without tags are titled by their file body. The dialog opens on the last search
-    // and the request keeps what it was given: a case-sensitive "JAZZ" matches nothing, the
-    // same without case the row after the focus; a cancelled dialog searches nothing.
-    void findAsksWithTheLastSearchAndMatchesCase() {
-        Started s;
-        s.player.AddPaths({s.home.Tone("Blues for two.wav", 0.1), s.home.Tone("Acid jazz.wav", 0.1),
-                           s.home.Tone("Cool jazz.wav", 0.1)},
-                          -1);
-        FindRequest last{"old", true};
-        QString shown;
-        {
-            ModalWatcher watcher(Close([&](QWidget& modal) {
-                auto& dialog = static_cast<FindDialog&>(modal);
-                shown = dialog.TextField()->text() + (dialog.CaseSensitiveBox()->isChecked() ? "/case" : "");
-                dialog.TextField()->setText(QStringLiteral("JAZZ"));
-            }, true));
-            QCOMPARE(FindInPlaylist(s.owner, s.player, last, true, -1), -1);
-            QCOMPARE(watcher.Boxes(), QStringList{"Verdin: Cannot find the string \"JAZZ\"."});
-        }
-        QCOMPARE(shown, QStringLiteral("old/case"));
-        last.caseSensitive = false;
-        QCOMPARE(FindInPlaylist(s.owner, s.player, last, false, 1), 2);
-        ModalWatcher cancel(Close());
-        QCOMPARE(FindInPlaylist(s.owner, s.player, last, true, -1), -1);
-        QVERIFY(cancel.Boxes().isEmpty());
     }
 };
 

@@ -30,6 +30,7 @@ WindowHome::WindowHome() : savedDataHome_(qgetenv("XDG_DATA_HOME")) {
     // QSettings keeps its user path for the process; it is set for each home instead.
     QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, QString::fromStdString(dir_.file("config")));
     qputenv("XDG_DATA_HOME", QByteArray::fromStdString(dir_.file("data")));
+    Seed();
 }
 
 WindowHome::~WindowHome() { qputenv("XDG_DATA_HOME", savedDataHome_); }

@@ -21,7 +21,8 @@ namespace verdin::test {
 
 class WindowHome {
 public:
-    // Points the settings store and the user directory into a fresh directory.
+    // Points the settings store and the user directory into a fresh directory, and seeds
+    // the settings file with Seed().
     WindowHome();
     ~WindowHome();
     WindowHome(const WindowHome&) = delete;
