@@ -1,8 +1,10 @@
 #!/usr/bin/env python3
 """Writes the seed corpus of fuzz_tags: one small file of each layout, behind the byte that
 picks the layout (0 other, 1 MPEG, 2 FLAC, 3 Ogg, 4 WAV, 5 AIFF). Needs lame, flac and sox.
-Run from this folder: ./make_corpus.py"""
+Run from anywhere: scripts/fuzz-corpora/tags.py"""
 import os, struct, subprocess, tempfile
+
+os.chdir(os.path.join(os.path.dirname(os.path.abspath(__file__)), '..', '..', 'fuzz', 'tags'))
 
 def synchsafe(n): return bytes([(n >> 21) & 127, (n >> 14) & 127, (n >> 7) & 127, n & 127])
 def frame(fid, body, major=3): return fid.encode() + (synchsafe(len(body)) if major == 4 else struct.pack('>I', len(body))) + b'\0\0' + body

@@ -3,7 +3,7 @@
 # fraction of a second of sine in each flavour and container a module meets, each behind
 # the fuzzer's two control bytes (data offset, seek position / 20 ms). Needs sox, lame, flac.
 set -e
-cd "$(dirname "$0")"
+cd "$(dirname "$0")/../../fuzz"
 tmp=$(mktemp -d)
 trap 'rm -rf "$tmp"' EXIT
 # seed <fuzzer> <control bytes> <file in $tmp> <seed name>
