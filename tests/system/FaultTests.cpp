@@ -6,6 +6,7 @@
 #include "Files.h"
 
 #include <csignal>
+#include <sys/stat.h>
 
 namespace verdin::test {
 namespace {
@@ -23,6 +24,15 @@ TEST_F(SystemTest, WithoutASoundOutputAQuitAfterPlayRunSaysWhyAndFails) {
     saved ? setenv("PULSE_SERVER", restore.c_str(), 1) : unsetenv("PULSE_SERVER");
     EXPECT_NE(player.Output().find("Verdin: Failed to initialize DirectSound playback.\n"), std::string::npos) << player.Output();
     EXPECT_EQ(ReadFile(home_.DefaultPlaylist()), PlaylistText({a}));
+}
+
+TEST_F(SystemTest, APipeNamedLikeATrackIsRefusedWithoutHoldingThePlayer) {
+    SeedSettings([this](Settings& s) { DecodeToFiles(s); });
+    const std::string pipe = home_.dir.file("music/pipe.wav");
+    ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);  // nobody ever writes to it
+    PlayerProcess player(home_, bus_, {"--headless", "--quit-after-play", "/PLAY", pipe});
+    EXPECT_EQ(player.WaitForExit(20s), 1) << player.Output();
+    EXPECT_NE(player.Output().find("Verdin: \"" + pipe + "\" is of an unknown file format.\n"), std::string::npos) << player.Output();
 }
 
 // Every method of the player's object once (the sanitizer build runs this too), then a

@@ -29,8 +29,8 @@ bool IsUrl(const std::string& path);
 // here; the audio start is measured whether or not tags are otherwise ignored.
 TrackProbe ProbeTrack(const std::string& path, const InputModuleList& modules);
 
-// The audio start of a local file: the size of its leading ID3v2 tag, 0 without one.
-// False when the file cannot be opened.
+// The audio start of a local file: the size of its leading ID3v2 tag (at most the file's
+// size), 0 without one. False when the file cannot be opened or is not a regular file.
 bool MeasureAudioStart(const std::string& path, uint32_t& dataOffset);
 
 }  // namespace verdin
