@@ -4,9 +4,11 @@
 #include "SystemFixture.h"
 
 #include "Files.h"
+#include "PulseServer.h"
 
 #include <csignal>
 #include <sys/stat.h>
+#include <unistd.h>
 
 namespace verdin::test {
 namespace {
@@ -33,6 +35,34 @@ TEST_F(SystemTest, APipeNamedLikeATrackIsRefusedWithoutHoldingThePlayer) {
     PlayerProcess player(home_, bus_, {"--headless", "--quit-after-play", "/PLAY", pipe});
     EXPECT_EQ(player.WaitForExit(20s), 1) << player.Output();
     EXPECT_NE(player.Output().find("Verdin: \"" + pipe + "\" is of an unknown file format.\n"), std::string::npos) << player.Output();
+}
+
+// The player reaches the server through a link, so that the second server, at another
+// address, is found where the first one was.
+TEST_F(SystemTest, ASoundServerThatDiesStopsPlaybackWithAReasonAndTheNextPlayFindsANewOne) {
+    if (!PulseServer::Installed()) GTEST_SKIP() << "pulseaudio is not installed";
+    SeedSettings([](Settings& s) { s.outputType = 2; });
+    const char* saved = std::getenv("PULSE_SERVER");
+    const std::string restore = saved ? saved : "", link = home_.dir.file("run/sound-server");
+    auto first = std::make_unique<PulseServer>();
+    ASSERT_TRUE(first->Running()) << first->Error();
+    ASSERT_EQ(symlink(first->Address().substr(5).c_str(), link.c_str()), 0);
+    setenv("PULSE_SERVER", ("unix:" + link).c_str(), 1);
+    auto player = Start({"--headless", "/PLAY", Tone("long.wav", 30, 440)});
+    EXPECT_TRUE(WaitFor([&] { return player->Status() == "playing"; }, 10s)) << player->Output();
+    first->Kill();
+    EXPECT_TRUE(WaitFor([&] { return player->Status() == "stopped"; }, 10s)) << player->Output();
+    EXPECT_NE(player->Output().find("Verdin: PulseAudio playback stopped: the PulseAudio server connection was lost"),
+              std::string::npos) << player->Output();
+    PulseServer second;
+    ASSERT_TRUE(second.Running()) << second.Error();
+    ASSERT_EQ(unlink(link.c_str()), 0);
+    ASSERT_EQ(symlink(second.Address().substr(5).c_str(), link.c_str()), 0);
+    ASSERT_TRUE(player->Call("Command", {"108"}));  // play
+    EXPECT_TRUE(WaitFor([&] { return player->Status() == "playing"; }, 10s)) << player->Output();
+    player->Signal(SIGTERM);
+    EXPECT_EQ(player->WaitForExit(), 0) << player->Output();
+    saved ? setenv("PULSE_SERVER", restore.c_str(), 1) : unsetenv("PULSE_SERVER");
 }
 
 // Every method of the player's object once (the sanitizer build runs this too), then a
