@@ -1,5 +1,6 @@
-// The player as its faces use it, without windows or sound: the command text, commands
-// that need a window, quitting, settings changes, and what the player announces.
+// The player as its faces use it, without windows or sound: the transport commands,
+// commands that need a window, quitting, and the sample space rebuilt under a random entry.
+// (The command text is run by the system tests and the window tests.)
 #include "shell/PlayerCore.h"
 
 #include "playlist/RandomEntry.h"
@@ -42,17 +43,11 @@ protected:
         settings_.dspPluginsSearchPath = "";
         core_.LoadPlugins(nullptr);
         core_.StartUp("");
-        player_.Listen([this](unsigned changes) { announced_ |= changes; });
     }
     std::string Tone(const std::string& name) {
         std::filesystem::create_directories(std::filesystem::path(dir_.file(name)).parent_path());
         test::WriteWav(dir_.file(name), 1, 8000, 16, test::Bytes16(test::Sine16(800, 1, 8000, {440.0})));
         return dir_.file(name);
-    }
-    std::string Bodies() {
-        std::string bodies;
-        for (int row = 0; row < player_.List().RowCount(); ++row) bodies += player_.List().ItemAtRow(row).item->Body() + " ";
-        return bodies;
     }
 
     test::TempDir dir_;
@@ -61,22 +56,7 @@ protected:
     RecordingHost host_;
     PlayerCore core_{settings_, environment_, host_};
     Player& player_ = core_.Face();
-    unsigned announced_ = 0;
 };
-
-TEST_F(PlayerTest, TheCommandTextAddsFilesAndDirectoriesAndPlayReplacesAndPlays) {
-    const std::string a = Tone("a.wav");
-    Tone("in/b.wav");
-    Tone("in/c.wav");
-    // A name that does not exist, a URL among them, adds nothing.
-    player_.ExecuteCommandText("\"" + a + "\" /no/such/path http://radio.example.org/x.mp3 " + dir_.file("in"));
-    EXPECT_EQ(Bodies(), "a b c ");
-    EXPECT_TRUE(announced_ & kRowsChanged);
-    // (Added, not played; a second "/PLAY" appends: the system tests run both.)
-    player_.ExecuteCommandText("/play " + dir_.file("in"));
-    EXPECT_EQ(Bodies(), "b c ");
-    EXPECT_TRUE(player_.Playing());
-}
 
 TEST_F(PlayerTest, TransportCommandsMoveThroughTheListAndATrackThatCannotStartSaysWhy) {
     test::WriteFile(dir_.file("broken.wav"), "RIFF, but nothing a module reads");
@@ -120,17 +100,6 @@ TEST_F(PlayerTest, QuittingAsksOnlyAboutUnsavedNestedPlaylists) {
     EXPECT_EQ(host_.said, (std::vector<std::string>{"The main playlist contains unsaved playlist(s).\nQuit anyway?"}));
 }
 
-TEST_F(PlayerTest, SettingsChangesAreSavedAndAnnounced) {
-    for (int32_t expected : {1, 0}) {
-        announced_ = 0;
-        EXPECT_TRUE(player_.Execute(50053));  // shuffle
-        EXPECT_TRUE(announced_ & kSettingsChanged);
-        Settings saved;
-        LoadUserSettings(saved, environment_);
-        EXPECT_EQ(saved.shuffleMode, expected);
-    }
-}
-
 TEST_F(PlayerTest, RebuildingTheSampleSpaceWhileARandomEntryIsCurrentLeavesNoStalePick) {
     settings_.sampleSpaceSearchPath = dir_.file("space") + ";";
     Tone("space/wanted.wav");
@@ -143,12 +112,6 @@ TEST_F(PlayerTest, RebuildingTheSampleSpaceWhileARandomEntryIsCurrentLeavesNoSta
     EXPECT_TRUE(player_.Execute(50104));  // (re)create the sample space
     // The pick pointed into the space that was replaced: the entry has picked nothing yet.
     EXPECT_EQ(player_.Caption(), "");
-}
-
-TEST(PositionRange, ShortTracksGetAPageOfOneLongerOnesASixteenth) {
-    EXPECT_EQ(Playback::PositionRangeFor(10000), (std::pair{10, 1}));
-    EXPECT_EQ(Playback::PositionRangeFor(15999), (std::pair{15, 1}));
-    EXPECT_EQ(Playback::PositionRangeFor(320000), (std::pair{339, 20}));
 }
 
 }  // namespace

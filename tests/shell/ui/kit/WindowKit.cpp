@@ -123,12 +123,6 @@ ModalWatcher::Answer ChooseFiles(const QStringList& files) {
     };
 }
 
-ModalWatcher::Answer TypeUrl(const QString& url) {
-    return Close([url](QWidget& dialog) {
-        if (auto* edit = dialog.findChild<QLineEdit*>()) edit->setText(url);
-    }, true);
-}
-
 ModalWatcher::Answer Close(const std::function<void(QWidget& dialog)>& act, bool accept) {
     return [act, accept](QWidget& modal) {
         auto* dialog = qobject_cast<QDialog*>(&modal);

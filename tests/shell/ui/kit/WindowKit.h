@@ -89,8 +89,6 @@ private:
 // Answers for the toolkit's file dialog: choose these files (or this directory) and
 // accept; an empty list cancels.
 ModalWatcher::Answer ChooseFiles(const QStringList& files);
-// The URL prompt: type the address and accept.
-ModalWatcher::Answer TypeUrl(const QString& url);
 // A dialog other than a file dialog: act on it, then accept or reject.
 ModalWatcher::Answer Close(const std::function<void(QWidget& dialog)>& act = {}, bool accept = false);
 

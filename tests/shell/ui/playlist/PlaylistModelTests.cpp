@@ -1,6 +1,6 @@
 // The playlist view's model over the player's main list: consistency under every kind of
-// edit (QAbstractItemModelTester), the exact signals a change makes, drags, and the
-// background retrieval of added tracks. (Texts, icons and the bold current row are read
+// edit (QAbstractItemModelTester), the exact signals a change makes, and the background
+// retrieval of added tracks. (Texts, the bold current row and a drag of rows are tried
 // through the main window's view in its tests.)
 #include "WindowKit.h"
 
@@ -9,10 +9,8 @@
 #include "shell/app/CoreApplication.h"
 #include "shell/ui/playlist/InformationRetrieval.h"
 #include "shell/ui/playlist/PlaylistModel.h"
-#include "shell/ui/playlist/PlaylistView.h"
 
 #include <QAbstractItemModelTester>
-#include <QMimeData>
 #include <QSignalSpy>
 #include <QTest>
 
@@ -42,8 +40,6 @@ class PlaylistModelTests : public QObject {
     Q_OBJECT
 private slots:
     void editsAreToldAsTheRowsTheyTouch();
-    void hundredThousandRowsGrowByOneRowAndSelectByRanges();
-    void draggedRowsAskForAMove();
     void retrievalFillsTracksEvenWhenRowsMove();
 };
 
@@ -89,55 +85,6 @@ void PlaylistModelTests::editsAreToldAsTheRowsTheyTouch() {
     QVERIFY(model.ShowsEmptyLine());
     QCOMPARE(model.data(model.index(0, 0)).toString(), QStringLiteral("Empty playlist"));
     QCOMPARE(model.flags(model.index(0, 0)) & Qt::ItemIsSelectable, Qt::ItemFlags());
-}
-
-void PlaylistModelTests::hundredThousandRowsGrowByOneRowAndSelectByRanges() {
-    PlayerUnderTest t;
-    t.Add(100000);
-    PlaylistModel model(t.Face());
-    PlaylistView view;
-    view.setModel(&model);
-    view.resize(600, 400);
-    view.show();
-    view.scrollToBottom();
-    QCoreApplication::processEvents();
-    t.Add(1);
-    model.Resync();
-    QCOMPARE(model.data(model.index(100000, 1)).toString(), QStringLiteral("100001."));
-
-    view.selectAll();
-    const std::vector<int> rows = view.SelectedRows();
-    QCOMPARE(rows.size(), size_t(100001));
-    QCOMPARE(rows.back(), 100000);
-    view.SelectRows({7, 3});
-    QCOMPARE(view.SelectedRows(), (std::vector<int>{3, 7}));
-    QCOMPARE(view.FirstSelectedRow(), 3);
-}
-
-void PlaylistModelTests::draggedRowsAskForAMove() {
-    PlayerUnderTest t;
-    t.Add(5);
-    PlaylistModel model(t.Face());
-    QSignalSpy asked(&model, &PlaylistModel::MoveRequested);
-    std::unique_ptr<QMimeData> data(model.mimeData({model.index(1, 0), model.index(1, 3), model.index(3, 0)}));
-    QVERIFY(data);
-    struct Drop {
-        int row;
-        QModelIndex parent;
-        int before;
-    };
-    const Drop drops[] = {{0, {}, 0}, {-1, model.index(2, 0), 2}, {-1, {}, 5}, {5, {}, 5}};
-    for (const Drop& drop : drops) {
-        QVERIFY(model.canDropMimeData(data.get(), Qt::MoveAction, drop.row, 0, drop.parent));
-        QVERIFY(model.dropMimeData(data.get(), Qt::MoveAction, drop.row, 0, drop.parent));
-        const auto rows = asked.takeFirst();
-        QCOMPARE(rows[0].value<std::vector<int>>(), (std::vector<int>{1, 3}));
-        QCOMPARE(rows[1].toInt(), drop.before);
-    }
-    // Files from outside are no rows.
-    QMimeData files;
-    files.setUrls({QUrl::fromLocalFile(QStringLiteral("/music/x.wav"))});
-    QVERIFY(!model.canDropMimeData(&files, Qt::MoveAction, 0, 0, {}));
 }
 
 void PlaylistModelTests::retrievalFillsTracksEvenWhenRowsMove() {
