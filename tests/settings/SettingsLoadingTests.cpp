@@ -41,9 +41,8 @@ TEST(SettingsLoading, EachRuleAndUpgradeStepFromWhatIsStored) {
     } cases[] = {
         // Nothing stored: the defaults of this machine, and no upgrade step.
         {{}, {{"version", I(28)}, {"initialDirectory", "/home/u/cwd"}, {"decodeDirectory", "/home/u/cwd"},
-              {"mainVolume", "\xff\xff"}, {"sampleSpaceSearchPath", "/home/u/Music;"}, {"inputPluginsSearchPath", plugins},
+              {"sampleSpaceSearchPath", "/home/u/Music;"}, {"inputPluginsSearchPath", plugins},
               {"dspPluginsSearchPath", plugins}, {"rebarBitmap", "/opt/verdin/share/verdin/rebar_brimfell.bmp"}}},
-        {{{"inputPluginsSearchPath", "/mine;"}, {"bufferSize", I(65536)}}, {{"inputPluginsSearchPath", "/mine;"}, {"bufferSize", I(65536)}}},
         // Values of the wrong size and empty texts keep their defaults; long texts are cut.
         {{{"mainVolume", I(1000)}, {"loopMode", std::string("\x01\0", 2)}, {"equalizerValues", std::string(60, '\x01')},
           {"trackTitleTemplate", std::string(300, 'x')}, {"windowTitleTemplate", ""}, {"bufferPrefill", I(50)}},

@@ -54,7 +54,8 @@ CommandResult RunCommand(const std::vector<std::string>& argv) {
     return result;
 }
 
-bool WaitForProcess(pid_t pid, std::chrono::milliseconds timeout) {
+// Whether the process ended within the time; reaps it.
+static bool WaitForProcess(pid_t pid, std::chrono::milliseconds timeout) {
     const auto deadline = std::chrono::steady_clock::now() + timeout;
     for (;;) {
         int status = 0;

@@ -21,8 +21,6 @@ CommandResult RunCommand(const std::vector<std::string>& argv);
 // cannot start.
 pid_t SpawnProcess(const std::vector<std::string>& argv, const std::vector<std::string>& overrides,
                    const std::string& outputFile);
-// Whether the process ended within the time; reaps it.
-bool WaitForProcess(pid_t pid, std::chrono::milliseconds timeout);
 // Sends the signal, and kills the process when it has not ended 3 s later.
 void EndProcess(pid_t pid, int signal);
 

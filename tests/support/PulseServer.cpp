@@ -90,12 +90,8 @@ void PulseServer::Kill() {
 }
 
 std::string PulseServer::LogTail() const {
-    try {
-        const std::string log = ReadFile(dir_.file("server.log"));
-        return log.size() > 2000 ? log.substr(log.size() - 2000) : log;
-    } catch (const std::exception&) {
-        return "(no log)";
-    }
+    const std::string log = FileExists(dir_.file("server.log")) ? ReadFile(dir_.file("server.log")) : "(no log)";
+    return log.size() > 2000 ? log.substr(log.size() - 2000) : log;
 }
 
 MonitorRecorder::MonitorRecorder(const PulseServer& server, int sampleRate, int channels)

@@ -28,10 +28,8 @@ public:
     PulseServer();
     // Stops the daemon (and kills it if it does not end in time).
     ~PulseServer();
-    PulseServer(const PulseServer&) = delete;
-    PulseServer& operator=(const PulseServer&) = delete;
 
-    bool Running() const { return pid_ > 0 && ready_; }
+    bool Running() const { return pid_ > 0 && ready_; }  // not copyable: it owns the daemon
     // Why the server is not running, with the end of its log.
     const std::string& Error() const { return error_; }
     // "unix:<socket path>"
@@ -57,8 +55,6 @@ public:
     // afterwards is recorded. Failed() tells when it could not start.
     MonitorRecorder(const PulseServer& server, int sampleRate, int channels);
     ~MonitorRecorder();
-    MonitorRecorder(const MonitorRecorder&) = delete;
-    MonitorRecorder& operator=(const MonitorRecorder&) = delete;
 
     bool Failed() const { return pid_ <= 0 || !error_.empty(); }
     const std::string& Error() const { return error_; }

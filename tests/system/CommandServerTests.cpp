@@ -22,9 +22,7 @@ TEST_F(SystemTest, TwoPlayExecutesReplaceThenAppendWithoutInterrupting) {
     ASSERT_TRUE(player->Call("Execute", {"/PLAY " + Quoted(a)}, "/System"));
     EXPECT_EQ(player->RowCount(), 1) << "the first /PLAY replaces the list";
     EXPECT_TRUE(WaitFor([&] { return player->Status() == "playing"; }, 5s));
-    const auto firstRows = player->Call("Rows");
-    ASSERT_TRUE(firstRows);
-    EXPECT_NE(firstRows->find("'a'"), std::string::npos) << *firstRows;
+    EXPECT_NE(player->Call("Rows").value_or("").find("'a'"), std::string::npos);
 
     ASSERT_TRUE(player->Call("Execute", {"/PLAY " + Quoted(b)}, "/System"));
     EXPECT_EQ(player->RowCount(), 2) << "the second appends";
@@ -53,12 +51,10 @@ TEST_F(SystemTest, PathsOnTheCommandLineAreAddedToTheOneRunningInstance) {
     EXPECT_EQ(player->Status(), "stopped");
     const auto [code, output] = RunSecondStart(home_, bus_, {Tone("second one.wav", 1, 660)});
     EXPECT_EQ(code, 0) << output;
-    const auto rows = player->Call("Rows");
-    ASSERT_TRUE(rows);
-    EXPECT_EQ(player->RowCount(), 2) << *rows;
-    EXPECT_NE(rows->find("'given'"), std::string::npos) << *rows;
-    EXPECT_EQ(rows->find("'saved'"), std::string::npos) << *rows;
-    EXPECT_NE(rows->find("'second one'"), std::string::npos) << "a path with a blank stays one path: " << *rows;
+    const std::string rows = player->Call("Rows").value_or("");
+    EXPECT_EQ(player->RowCount(), 2) << rows;
+    EXPECT_TRUE(rows.find("'given'") != std::string::npos && rows.find("'saved'") == std::string::npos) << rows;
+    EXPECT_NE(rows.find("'second one'"), std::string::npos) << "a path with a blank stays one path: " << rows;
 }
 
 TEST_F(SystemTest, TheSavedCurrentRowIsRestoredWhenItExistsAndAutoPlayStartsIt) {
@@ -88,11 +84,9 @@ TEST_F(SystemTest, SigtermSavesThePlaylistAndTheSettings) {
     ASSERT_TRUE(player->Call("PlayRow", {"1"}));
     player->Signal(SIGTERM);
     ASSERT_EQ(player->WaitForExit(), 0) << player->Output();
-    const std::string saved = ReadFile(home_.DefaultPlaylist());
-    EXPECT_EQ(saved, PlaylistText({a, b}));
+    EXPECT_EQ(ReadFile(home_.DefaultPlaylist()), PlaylistText({a, b}));
     const Settings settings = LoadSavedSettings();
-    EXPECT_EQ(settings.shuffleMode, 1);
-    EXPECT_EQ(settings.savedCurrentIndex, 1);
+    EXPECT_TRUE(settings.shuffleMode == 1 && settings.savedCurrentIndex == 1);
 }
 
 TEST_F(SystemTest, KillingThePlayerWhileItSavesNeverLeavesABrokenFile) {
@@ -109,20 +103,16 @@ TEST_F(SystemTest, KillingThePlayerWhileItSavesNeverLeavesABrokenFile) {
         player->WaitForExit();
         // Whatever moment the kill came, the files are whole: the old one or the new one.
         EXPECT_EQ(ReadFile(home_.DefaultPlaylist()), playlist);
-        const Settings settings = LoadSavedSettings();
-        EXPECT_EQ(settings.version, 28);
+        EXPECT_EQ(LoadSavedSettings().version, 28);
     }
 }
 
 TEST_F(SystemTest, HelpAndVersionAnswerWithoutStartingAPlayer) {
-    const auto [helpCode, help] = RunSecondStart(home_, bus_, {"--help"});
-    EXPECT_EQ(helpCode, 0);
-    EXPECT_NE(help.find("--headless"), std::string::npos);
-    const auto [versionCode, version] = RunSecondStart(home_, bus_, {"--version"});
-    EXPECT_EQ(versionCode, 0);
-    EXPECT_EQ(version.rfind("Verdin ", 0), 0u) << version;
-    const auto [badCode, bad] = RunSecondStart(home_, bus_, {"--no-such-option"});
-    EXPECT_EQ(badCode, 2) << bad;
+    for (const auto& [option, code, text] :
+         {std::tuple{"--help", 0, "--headless"}, {"--version", 0, "Verdin "}, {"--no-such-option", 2, ""}}) {
+        const auto [exitCode, output] = RunSecondStart(home_, bus_, {option});
+        EXPECT_TRUE(exitCode == code && output.find(text) != std::string::npos) << option << ": " << output;
+    }
 }
 
 }  // namespace

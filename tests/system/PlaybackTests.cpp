@@ -6,7 +6,6 @@
 #include "PcmFixtures.h"
 
 #include <csignal>
-#include <filesystem>
 
 namespace verdin::test {
 namespace {
@@ -64,19 +63,16 @@ TEST_F(SystemTest, TracksDeletedAfterPlayingLeaveAnEmptyPlaylistBehind) {
     ASSERT_EQ(player->WaitForExit(30s), 0) << player->Output();
     // Each entry numbered 1: the one before it was gone when it started.
     EXPECT_TRUE(FileExists(OutDirectory() + "/1. c.wav"));
-    const std::string saved = ReadFile(home_.DefaultPlaylist());
-    EXPECT_EQ(saved.find(".wav"), std::string::npos) << saved;
+    EXPECT_EQ(ReadFile(home_.DefaultPlaylist()).find(".wav"), std::string::npos);
 }
 
 TEST_F(SystemTest, RandomEntriesPickFromTheSampleSpace) {
-    const std::string library = home_.dir.file("library");
-    std::filesystem::create_directories(library);
     // Tracks whose file bodies tell them apart; the entry wants the one called "wanted".
-    WriteWav(library + "/other.wav", 2, 44100, 16, Bytes16(Sine16(4410, 2, 44100, {300.0}, 0.3)));
-    WriteWav(library + "/wanted.wav", 2, 44100, 16, Bytes16(Sine16(6615, 2, 44100, {700.0}, 0.3)));
+    Tone("other.wav", 0.1, 300);
+    const std::string wanted = Tone("wanted.wav", 0.15, 700);
     SeedSettings([&](Settings& s) {
         DecodeToFiles(s);
-        s.sampleSpaceSearchPath = library + ";";
+        s.sampleSpaceSearchPath = home_.dir.file("music") + ";";
     });
     WriteFile(home_.DefaultPlaylist(), PlaylistText({";(FILEBODY = \"wanted\")"}));
     auto player = Start({"--headless", "--quit-after-play"});
@@ -84,7 +80,7 @@ TEST_F(SystemTest, RandomEntriesPickFromTheSampleSpace) {
     ASSERT_EQ(player->WaitForExit(20s), 0) << player->Output();
     const std::string file = OutDirectory() + "/1. wanted.wav";
     ASSERT_TRUE(FileExists(file)) << player->Output();
-    EXPECT_EQ(WavData(file), WavData(library + "/wanted.wav"));
+    EXPECT_EQ(WavData(file), WavData(wanted));
 }
 
 TEST_F(SystemTest, AnEmptySampleSpaceWarnsAndDoesNotPlay) {
@@ -96,9 +92,7 @@ TEST_F(SystemTest, AnEmptySampleSpaceWarnsAndDoesNotPlay) {
     auto player = Start({"--headless"});
     ASSERT_TRUE(player->Call("Command", {"108"}));
     EXPECT_EQ(player->Status(), "stopped");
-    EXPECT_NE(player->Output().find("Verdin: No tracks where found from the current sample space path. Please check "
-                                    "your settings from the Options->Playlist."),
-              std::string::npos)
+    EXPECT_NE(player->Output().find("No tracks where found from the current sample space path."), std::string::npos)
         << player->Output();
 }
 

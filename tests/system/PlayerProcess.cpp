@@ -104,12 +104,10 @@ void PlayerProcess::Signal(int signal) {
 }
 
 int PlayerProcess::WaitForExit(std::chrono::milliseconds limit) {
-    if (exitCode_ != -2) return exitCode_;
     int status = 0;
-    const bool ended = WaitFor([&] { return ::waitpid(pid_, &status, WNOHANG) == pid_; }, limit);
-    if (!ended) return -1;
-    exitCode_ = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-    return exitCode_;
+    if (exitCode_ == -2 && WaitFor([&] { return ::waitpid(pid_, &status, WNOHANG) == pid_; }, limit))
+        exitCode_ = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+    return exitCode_ == -2 ? -1 : exitCode_;
 }
 
 std::string PlayerProcess::Output() const {
@@ -118,8 +116,8 @@ std::string PlayerProcess::Output() const {
 
 std::pair<int, std::string> RunSecondStart(const PlayerHome& home, const PrivateBus& bus,
                                            const std::vector<std::string>& arguments) {
-    std::vector<std::string> argv{"env"};
-    for (const std::string& e : home.Environment(bus)) argv.push_back(e);
+    std::vector<std::string> argv = home.Environment(bus);
+    argv.insert(argv.begin(), "env");
     argv.push_back(Program());
     argv.insert(argv.end(), arguments.begin(), arguments.end());
     const CommandResult result = RunCommand(argv);

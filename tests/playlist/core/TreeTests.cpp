@@ -56,7 +56,6 @@ TEST(Rows, NumberTheTreeDepthFirstAndTotalTheirTracks) {
     EXPECT_EQ(std::tuple(Label(*main->ItemAtRow(4).holder), main->ItemAtRow(4).index, Label(*main->ItemAtRow(5).holder), main->ItemAtRow(5).index), std::tuple("Q", 0u, "P", 2u));
     Playlist& p = NestedAt(*main, 1);  // a nested playlist counts its own subtree from 0
     EXPECT_TRUE(p.RowCount() == 4 && Label(*p.ItemAtRow(2).item) == "c" && p.RowOf(&NestedAt(*main, 3), 0) == 2);
-    EXPECT_TRUE(NestedAt(*main, 3).Parent() == &p && p.Parent() == main.get());
     for (int row : {-1, 9, INT_MAX, INT_MIN}) {  // outside: nothing, and a "playlist row" that walkers skip
         EXPECT_FALSE(main->ItemAtRow(row)) << row;
         EXPECT_TRUE(IsPlaylistRow(*main, row) && !IsRandomEntryRow(*main, row) && !IsPlayableRow(*main, row)) << row;
@@ -65,22 +64,15 @@ TEST(Rows, NumberTheTreeDepthFirstAndTotalTheirTracks) {
     const TrackItem loose("/m/x.mp3");
     EXPECT_TRUE(main->RowOf(main.get(), 5) == -1 && main->RowOf(&stranger, 0) == -1 && main->RowOf(nullptr, 0) == -1 && stranger.RowCount() == 0 && !stranger.ItemAtRow(0));
     EXPECT_TRUE(RowOfItem(*main, &loose) == -1 && RowOfItem(*main, main.get()) == -1 && RowOfItem(*main, BuildTree("P[ a ]")->ItemAt(0)) == -1 && RowOfItem(*main, nullptr) == -1);
-    // Totals of durations and sizes, the random entry adding 0; what an entry's slots hold; which playlists are unsaved.
+    // Totals of durations and sizes, the random entry adding 0; which playlists are unsaved.
     for (const auto& [row, ms] : {std::pair{0, 1000u}, {2, 2000u}, {4, 4000u}})
         static_cast<TrackItem*>(main->ItemAtRow(row).item)->Track().SetInfo(test::MakeTrack({"/m/x.mp3", {}, ms, 10 * ms})->Info());
     EXPECT_EQ(std::tuple(main->Duration(), main->FileSize(), NestedAt(*main, 1).Duration(), NestedAt(*main, 3).FileSize()), std::tuple(7000u, 70000u, 6000u, 40000u));
-    const PlaylistItem& random = *main->ItemAtRow(6).item;
-    EXPECT_EQ(random.Path() + "|" + random.Body() + "|" + random.Extension() + "|" + NestedAt(*main, 1).Path() + NestedAt(*main, 1).Extension(), "|Random entry||/lists/.vdp");
-    EXPECT_EQ(std::tuple(int(main->ItemAt(0)->Kind()), int(main->ItemAt(1)->Kind()), int(random.Kind())), std::tuple(1, 0, 2));
-    for (const auto& [tree, row] : {std::pair{"a b", -1}, {"a P[ b ]", 1}, {"a P[ b Q[ c ] ]", 3}, {"P[ ] Q[ ]", 1}}) {
-        const auto m = BuildTree(tree);  // only nested playlists count; the main one is saved elsewhere
-        const bool before = HasUnsavedPlaylists(*m);
-        Playlist& changed = row < 0 ? *m : NestedAt(*m, row);
-        changed.AppendItem(std::make_unique<TrackItem>("/m/new.mp3"));
-        EXPECT_TRUE(!before && changed.Modified() && HasUnsavedPlaylists(*m) == (row >= 0)) << tree;
-        changed.SetModified(false);
-        EXPECT_FALSE(HasUnsavedPlaylists(*m)) << tree;
-    }
+    NestedAt(*main, 3).SetModified(true);  // only nested playlists count; the main one is saved elsewhere
+    EXPECT_TRUE(HasUnsavedPlaylists(*main));
+    NestedAt(*main, 3).SetModified(false);
+    main->SetModified(true);
+    EXPECT_FALSE(HasUnsavedPlaylists(*main));
 }
 
 // Every kind of change, made after lookups have filled the caches: the rows must then
@@ -93,14 +85,6 @@ TEST(Rows, CachesFollowEveryKindOfChange) {
         {[&](Playlist& m) { NestedAt(m, 3).InsertItem(0, track("z")); }, "a P[ b Q[ z c d ] e ] f"}, {[&](Playlist& m) { NestedAt(m, 1).InsertItem(99, track("z")); }, "a P[ b Q[ c d ] e z ] f"},
         {[](Playlist& m) { EXPECT_NE(NestedAt(m, 3).TakeItem(1), nullptr); }, "a P[ b Q[ c ] e ] f"}, {[](Playlist& m) { EXPECT_EQ(NestedAt(m, 3).TakeItem(2), nullptr); }, "a P[ b Q[ c d ] e ] f"},
         {[](Playlist& m) { NestedAt(m, 1).RemoveItem(1); }, "a P[ b e ] f"}, {[](Playlist& m) { NestedAt(m, 3).Clear(); }, "a P[ b Q[ ] e ] f"}, {[](Playlist& m) { m.Clear(); }, ""},
-        {[&](Playlist& m) {  // the null passed over
-             std::vector<std::unique_ptr<PlaylistItem>> items;
-             items.push_back(track("x")), items.push_back(nullptr), items.push_back(std::make_unique<Playlist>("/lists/N.vdp"));
-             NestedAt(m, 3).InsertItems(1, std::move(items));
-         }, "a P[ b Q[ c x N[ ] d ] e ] f"},
-        {[](Playlist& m) { const auto taken = NestedAt(m, 1).TakeItems({0, 2, 7}); EXPECT_EQ(taken.size() == 2 ? Label(*taken[0]) + Label(*taken[1]) : "", "be"); },
-         "a P[ Q[ c d ] ] f"},
-        {[](Playlist& m) { EXPECT_EQ(NestedAt(m, 3).TakeAllItems().size(), 2u); }, "a P[ b Q[ ] e ] f"},
         {[](Playlist& m) {  // a playlist moved up knows its new parent
              auto q = NestedAt(m, 1).TakeItem(1);
              EXPECT_EQ(static_cast<Playlist&>(*q).Parent(), nullptr);
@@ -154,7 +138,6 @@ TEST(TreeCommands, ReshapeTheTreeAndMarkWhatChanged) {
         // Deleting a playlist deletes what it holds; the result counts the rows deleted directly.
         {"a P[ b Q[ c ] ] d ?r", remove({1, 2, 4}), 1, "a d ?r", "main"}, {"a P[ b Q[ c ] ] d ?r", remove({4, 2}), 2, "a P[ Q[ ] ] d ?r", "P Q"},
         {"a P[ b Q[ c ] ] d ?r", remove({6, 6, -1, 7}), 1, "a P[ b Q[ c ] ] d", "main"}, {"a P[ b Q[ c ] ] d ?r", remove({0, 1, 2, 3, 4, 5, 6}), 4, "", "main"},
-        {"a P[ b Q[ c ] ] d ?r", remove({}), 0, "a P[ b Q[ c ] ] d ?r", ""}, {"a b", move({5}, 0), -1, "a b", ""},
         // Moved rows go, in row order, before the target row, into its holder; the result is
         // the first one's new row. A target among the moved rows gives way to the next one.
         {"a b c d", move({3}, 0), 0, "d a b c", "main"}, {"a b c d", move({2, 0}, 4), 2, "b d a c", "main"}, {"a b c d", move({0, 2}, 99), 2, "b d a c", "main"},
@@ -171,8 +154,6 @@ TEST(TreeCommands, ReshapeTheTreeAndMarkWhatChanged) {
         EXPECT_EQ(DescribeTree(*main), after);
         EXPECT_EQ(Modified(*main), modified);
     }
-    EXPECT_EQ(UntitledPlaylistName("/home/u/.local/share/Brimfell/Verdin/") + "|" + UntitledPlaylistName("/home/u/.local/share/Brimfell/Verdin"),
-              "/home/u/.local/share/Brimfell/Verdin/Untitled|/home/u/.local/share/Brimfell/Verdin/Untitled");
 }
 
 }  // namespace

@@ -4,7 +4,6 @@
 // whole in tests/system.
 #include "PlaylistFileFixture.h"
 
-#include "PcmFixtures.h"
 #include "playlist/TrackItem.h"
 
 #include <functional>
@@ -61,9 +60,6 @@ TEST_F(Loading, WhatLoadItemReturnsAndTheSpellingOnDiskWins) {
         EXPECT_FALSE(Load(path)) << path;
     EXPECT_EQ(Tree(), "$/l.m3u[ $/Music/Track.MP3 ] | $/Music/Track.MP3 | $/notes.txt | $/list.m3u[ $/pipe.m3u[ ] ]"
                       " | http://127.0.0.1:9/nothing/answers.mp3");
-    const auto& url = static_cast<const TrackItem&>(*main_.ItemAt(4)).Track();
-    EXPECT_EQ(url.Path() + "|" + url.Body() + "|" + url.Extension(), "http://127.0.0.1:9/nothing/|answers|.mp3");
-    EXPECT_FALSE(url.InfoRetrieved());  // skipInfoForAnyFile
 }
 
 // Playlists just loaded have no unsaved changes, nested or not; the entries of
@@ -84,10 +80,6 @@ TEST_F(Loading, LoadedPlaylistsHaveNoUnsavedChanges) {
     EXPECT_EQ(Describe(main), "$/inner.pls[ $/a.mp3 ] | ?ARTIST = \"x\"");
     EXPECT_FALSE(main.Modified() || HasUnsavedPlaylists(main));
     EXPECT_EQ(main.FileName(), "");
-    Playlist other;
-    EXPECT_FALSE(LoadPlaylistEntries(other, PathOf("missing.vdp"), Context()));
-    EXPECT_FALSE(LoadPlaylistEntries(other, PathOf("a.mp3"), Context()));
-    EXPECT_EQ(other.ItemCount(), 0u);
 }
 
 // However the inner mention of a playlist being read is spelled, it adds nothing; the
@@ -122,21 +114,6 @@ TEST_F(Loading, ReadsStopAtTheBudgetAndNestingAtItsDepth) {
     };
     EXPECT_EQ(playlists(NestedAt(0)), kMaxPlaylistReads);
     EXPECT_EQ(playlists(NestedAt(1)), kMaxPlaylistNesting);  // a chain: its length is its depth
-}
-
-// The loader asks the rule for each track it adds; the rule itself is PathRuleTests'.
-TEST_F(Loading, TracksFromPlaylistsAreRetrievedByTheRule) {
-    ASSERT_GE(modules_.LoadInputModules(VERDIN_TEST_PLUGIN_DIR, nullptr), 2u);
-    WriteWav(PathOf("tone.wav"), 1, 8000, 16, Bytes16(Sine16(4000, 1, 8000, {440.0})));
-    Write("l.m3u", "tone.wav\nhttp://127.0.0.1:9/x.mp3\n");
-    settings_.skipInfoForAnyFile = 0;
-    settings_.skipInfoForURL = 1;
-    ASSERT_TRUE(Load(PathOf("l.m3u")));
-    ASSERT_EQ(NestedAt(0).ItemCount(), 2u);
-    const TrackRecord& local = static_cast<const TrackItem&>(*NestedAt(0).ItemAt(0)).Track();
-    EXPECT_TRUE(local.InfoRetrieved());
-    EXPECT_EQ(NestedAt(0).Duration(), 500u);
-    EXPECT_FALSE(static_cast<const TrackItem&>(*NestedAt(0).ItemAt(1)).Track().InfoRetrieved());
 }
 
 }  // namespace

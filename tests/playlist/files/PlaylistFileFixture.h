@@ -58,7 +58,7 @@ protected:
 
     TempDir dir_;
     Settings settings_;
-    InputModuleList modules_;  // empty unless a test loads the bundled plug-ins
+    InputModuleList modules_;  // empty: the tests read no audio
     Playlist main_;
 };
 

@@ -54,13 +54,8 @@ protected:
 };
 
 TEST_F(MainListTest, TheCurrentEntryStaysCurrentThroughEveryEditAndMovingOnNeverSkipsAnEntry) {
-    struct Case {
-        const char* name;
-        std::function<void(MainList&)> edit;
-        const char* rows;  // after the edit
-        const char* next;  // the entry moving on plays
-    };
-    const std::vector<Case> cases = {
+    // The edit, the rows after it, the entry moving on plays.
+    const std::tuple<const char*, std::function<void(MainList&)>, const char*, const char*> cases[] = {
         {"insert before", [](MainList& l) { l.Insert(0, std::make_unique<RandomEntry>("x")); }, "rabCdef", "d"},
         {"delete before", [](MainList& l) { l.Delete({0, 1}); }, "Cdef", "d"},
         {"delete the current entry", [](MainList& l) { l.Delete({2}); }, "abDef", "d"},
@@ -73,16 +68,15 @@ TEST_F(MainListTest, TheCurrentEntryStaysCurrentThroughEveryEditAndMovingOnNever
         {"incorporate, drop", [](MainList& l) { l.Incorporate({2, 3}, "/n"), l.DropPlaylist(2); }, "abCdef", "d"},
         {"incorporate, flatten", [](MainList& l) { l.Incorporate({0, 1}, "/n"), l.Flatten(); }, "abCdef", "d"},
     };
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.name);
+    for (const auto& [name, edit, rows, next] : cases) {
+        SCOPED_TRACE(name);
         MainList list(settings_, modules_);
         list.SetDeferredRetrieval(true);
         Add("abcdef", -1, &list);
         list.SetCurrent(2);
-        c.edit(list);
-        EXPECT_EQ(verdin::Rows(list), c.rows);
-        const PlayOrder::Move move = list.MoveOn(true);
-        EXPECT_EQ(list.ItemAt(move.row)->Body(), c.next);
+        edit(list);
+        EXPECT_EQ(verdin::Rows(list), rows);
+        EXPECT_EQ(list.ItemAt(list.MoveOn(true).row)->Body(), next);
     }
 }
 
@@ -107,9 +101,8 @@ TEST_F(MainListTest, TheShuffledPassGoesOnWithoutTheDeletedRows) {
     const std::string deleted = list_.ItemAt(order[2])->Body();
     list_.Delete({order[2]});
     std::set<std::string> played{Current()};
-    for (PlayOrder::Move move = list_.MoveOn(false); !move.wrapped; move = list_.MoveOn(false)) {
+    for (PlayOrder::Move move = list_.MoveOn(false); !move.wrapped; move = list_.MoveOn(false))
         EXPECT_TRUE(played.insert(Current()).second) << Current() << " twice in one pass";
-    }
     EXPECT_EQ(played.size(), 5u);
     EXPECT_FALSE(played.contains(deleted));
 }

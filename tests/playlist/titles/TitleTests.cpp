@@ -5,10 +5,8 @@
 //   row 2    track B  "Bob - Beta"  3599.5 s    /music/b/Beta.mp3
 //   row 3    random entry (YEAR < 1970)
 //   row 4  track D  (no tag; "Delta tone" from its module)  3600 s  /music/d/Delta.wav
-#include "playlist/titles/DurationText.h"
 #include "playlist/titles/FindRow.h"
 #include "playlist/titles/StatusLine.h"
-#include "playlist/titles/StatusTimes.h"
 #include "playlist/titles/TemplateExpansion.h"
 #include "playlist/titles/TrackTitle.h"
 #include "playlist/titles/WindowTitle.h"
@@ -23,7 +21,6 @@ namespace {
 using test::MakeTrack;
 
 TEST(TrackTitle, ExpandsTheTemplateWhereTheTrackHasATag) {
-    EXPECT_EQ(std::tuple(FormatDuration(7), FormatDuration(3661), FormatDuration(4294967)), std::tuple("0:07", "1:01:01", "1193:02:47"));  // and in every title below
     const auto tagged = MakeTrack({"/music/Jazz/take_five.mp3", {{FrameId::LeadArtist, "Dave Brubeck"}, {FrameId::Title, "Take Five"}, {FrameId::ContentType, "(125)"},
                                    {FrameId::Year, "1959"}}, 324'000, 1000, "Suggested by the module"});
     const auto untagged = MakeTrack({"/music/misc/noise.wav", {}, 1000, 10, "noise (plug-in title)"});
@@ -80,7 +77,6 @@ TEST_F(Titles, WindowTitleAndStatusString) {
         {Loaded(2, 0, "%dur%|%pdur%"), "59:59|59:59"}, {Loaded(4, 0, "%dur%|%pdur%|%sugtitle%"), "1:00:00|2:02:05|Delta tone"},  // the main playlist: 7325 s
         {Loaded(2, 0, "[%ppath%][%pbody%][%pext%]"), "[/lists/][mix][.m3u]"}, {Loaded(0, 0, "[%ppath%][%pbody%][%pext%]"), "[][][]"},  // the main playlist has no file
         {Loaded(0, 0, "%path%|%body%|%ext%|%sugtitle%"), "/music/a/|Alpha|.mp3|"}, {Loaded(2, 0, "%TITLE% %Title% %foo% %time% %ptimel%"), "%TITLE% %Title% %foo% %time% %ptimel%"},
-        {Loaded(2, 0, "100%% %status%"), "100% playing"}, {Loaded(2, 0, "%title% - %dur"), "Bob - Beta - 59:59"}, {Loaded(2, 0, "%"), "%%"},
         {Idle(2, "%num% %title% <%status%>"), "3. Bob - Beta <stopped>"},  // nothing loaded: the current row stands in
         {Idle(-1, "[%num%][%title%][%dur%][%ppath%] %status%"), "[][][][] stopped"}, {Idle(1, "[%num%][%body%][%pbody%]"), "[][][]"},  // a playlist's own row
         {Idle(3, "[%num%][%body%][%pbody%]"), "[][][mix]"},  // an entry not yet picked
@@ -119,20 +115,15 @@ TEST_F(Titles, WindowTitleAndStatusString) {
     EXPECT_EQ(ExpandStatusTemplate(pure), "DJ %%time%% - 100%% Pure [100%% pure] %time%");
     EXPECT_EQ(ExpandStatusString(pure), "DJ %time% - 100% Pure [100% pure] 0:02");
 
-    const StatusTimes t = ComputeStatusTimes(Loaded(2, 900));  // 125.7 s before counts 125, 0.9 s counts 0
-    EXPECT_EQ(std::tuple(t.time, t.timeLeft, t.playlistTime, t.playlistTimeLeft), std::tuple(0, 3599, 125, 7325 - 125));
-    for (const auto& [row, seconds] : {std::pair{2, 125}, {4, 125 + 3599}, {0, 0}, {-1, 0}, {99, 125 + 3599 + 3600}}) EXPECT_EQ(WholeSecondsBeforeRow(main_, row), seconds) << row;
-
     const TitleState playing = Loaded(2, 83'900);
     const std::tuple<int32_t, PositionDrag, TitleState, std::string> lines[] = {  // state, dragging, title: the line
 
-        {1, {}, playing, "Retrieving information, please wait..."}, {2, {true, 3600}, playing, "Loading track..."}, {3, {}, playing, "Loading next track for continuous play..."},
-        {4, {}, playing, "Creating sample space... This may (and probably will) take some time."}, {0, {}, playing, "3. Bob - Beta 1:23 (59:59)"},
+        {1, {}, playing, "Retrieving information, please wait..."},
+        {2, {true, 3600}, playing, "Loading track..."},  // before any dragging
         {9, {}, playing, "3. Bob - Beta 1:23 (59:59)"},  // not a state: shown as normal
         {0, {true, 75}, playing, "Move to 1:15 (59:59)"}, {0, {true, 3600}, Loaded(4), "Move to 1:00:00 (1:00:00)"}, {0, {true, 3600}, Idle(2), "3. Bob - Beta 0:00 (59:59)"},  // no track loaded: no dragging
     };
     for (const auto& [state, drag, title, expected] : lines) EXPECT_EQ(ComposeStatusText(state, drag, ExpandStatusTemplate(title), title), expected) << state;
-    EXPECT_EQ(MoveToStatusText(59, 3'600'999), "Move to 0:59 (1:00:00)");
 }
 
 TEST_F(Titles, FindLandsOnTheNextRowWhoseTitleOrNameHoldsTheText) {
@@ -150,7 +141,6 @@ TEST_F(Titles, FindLandsOnTheNextRowWhoseTitleOrNameHoldsTheText) {
     };
     for (const auto& [focused, text, caseSensitive, expected] : cases)
         EXPECT_EQ(FindRow(main_, FirstRowToSearch(focused, main_.RowCount()), text, caseSensitive, titleOf), expected) << "\"" << text << "\" after row " << focused;
-    for (const auto& [focused, first] : {std::pair{-1, 0}, {0, 1}, {4, 0}, {17, 0}}) EXPECT_EQ(FirstRowToSearch(focused, 5), first);
     EXPECT_EQ(std::tuple(FindRow(main_, 99, "Ann", false, titleOf), FindRow(main_, -7, "Delta", false, titleOf), FindRow(Playlist(), 0, "", false, titleOf)), std::tuple(0, 4, -1));
 }
 
