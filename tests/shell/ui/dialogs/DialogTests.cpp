@@ -329,9 +329,23 @@ private slots:
         QCOMPARE(FormatPropertiesBitrate(-192000), std::string("192 kb/s (average)"));
         QCOMPARE(FormatCompressionRatio(44100, 2, 16, 0), std::string("1 : -"));
 
-        ModalWatcher watcher;
-        ShowTrackProperties(s.owner, s.player, 1);
-        QCOMPARE(watcher.Boxes(), (QStringList{question, "Verdin: Unknown file format."}));
+        {
+            ModalWatcher watcher;
+            ShowTrackProperties(s.owner, s.player, 1);
+            QCOMPARE(watcher.Boxes(), (QStringList{question, "Verdin: Unknown file format."}));
+        }
+
+        // The entry goes while its properties are open (a new list, a played track
+        // deleted): the dialog closes by itself and nothing is done through it.
+        int offered = 0;
+        {
+            ModalWatcher gone([&](QWidget& dialog) {
+                if (++offered == 1) return s.player.ClearList(), false;
+                return static_cast<QDialog&>(dialog).reject(), true;  // it stayed open
+            });
+            ShowTrackProperties(s.owner, s.player, 0);
+        }
+        QCOMPARE(offered, 1);
     }
 
     // An MP3 tagged by lame: its picture saved as it is; a write gives the file the edited

@@ -403,6 +403,12 @@ void MainWindowTests::dropsAppendFilesFoldersAndLinksInSlices() {
     QCOMPARE(main.RowCount(), int(AddCommands::kSlice));
     QVERIFY(WaitUntil([&] { return !window.Adding().Busy(); }));
     QCOMPARE(window.Model().rowCount(), int(AddCommands::kSlice) + 1);
+    // A "/PLAY" while a drop is still going in replaces the list: the rest of the drop
+    // does not land in the new one.
+    window.DropUrls(QList<QUrl>(AddCommands::kSlice + 1, QUrl::fromLocalFile(Q(a))));
+    run.Core().ExecuteCommandText("/PLAY \"" + home.Path("music/other/loose.wav") + "\"");
+    QVERIFY(!window.Adding().Busy());
+    QCOMPARE(Bodies(main), QStringLiteral("loose "));
 }
 
 void MainWindowTests::fileCommandsOpenAddAndSave() {
