@@ -181,7 +181,6 @@ TEST_F(TagFiles, MpegTagsOfEveryVersionAndWhereTheAudioStarts) {
     EXPECT_EQ(::close(fd), 0);  // still the caller's to close
     EXPECT_EQ(std::tuple(scanned.Find(FrameId::Picture)->dataSize, scanned.Find(FrameId::Picture)->data.size()), std::tuple(5000u, size_t(0)));
     EXPECT_LT(scanned.HeapBytes(), 2000u);  // a library does not hold its cover art
-    EXPECT_EQ(SaveAttachment(*scanned.Find(FrameId::Picture), dir_.file("no.png")), "The attachment was not read from the file");
     EXPECT_EQ(FrameStringValue(scanned, FrameId::GeneralObject), "notes");
     ReadTrackTag(path, {TagMode::Read, true}, full);
     ASSERT_EQ(SaveAttachment(*full.Find(FrameId::Picture), dir_.file("cover.png")), "");

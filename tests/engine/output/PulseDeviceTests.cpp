@@ -75,8 +75,8 @@ TEST_F(PulseDeviceTest, ANegativeCommitIsHeardAsTheCrossfadeMeantItAndTheVolumeA
     EXPECT_NEAR(peak, 16384 / 2, 16384 * 0.02);
 }
 
-// A server that dies under a playing device: the stream's test (StreamOnSoundServer).
-TEST_F(PulseDeviceTest, PositionsFollowTheServerClockAndStartAgainAtZero) {
+// What a stream does when the server dies under it: StreamOnSoundServer.
+TEST_F(PulseDeviceTest, PositionsFollowTheServerClockAndRunOnByTheirOwnOnceTheServerDies) {
     const auto sinks = ListPulseDevices();
     ASSERT_FALSE(sinks.empty());
     EXPECT_EQ(sinks[0].name, test::PulseServer::kSinkName);  // the default sink first
@@ -88,6 +88,11 @@ TEST_F(PulseDeviceTest, PositionsFollowTheServerClockAndStartAgainAtZero) {
     device->Start();
     EXPECT_EQ(device->GetPlayedFrames(), 0);
     EXPECT_EQ(device->GetPlayPosition(), 0u);
+    device->CommitFrames(44100);  // then the server dies: the positions run on by the clock
+    server_->Kill();
+    ASSERT_TRUE(test::WaitUntil([&] { return device->Failed(); }));
+    const int64_t before = device->GetPlayedFrames();
+    EXPECT_TRUE(test::WaitUntil([&] { return device->GetPlayedFrames() > before + 2000; }));
 }
 
 // No server at the address, then a socket that accepts connections but never speaks (a
