@@ -155,7 +155,7 @@ TEST_F(DspHostTest, ListsDspLibrariesDirectoryByDirectoryAndLeavesThemUnloaded) 
     EXPECT_EQ(list.LibraryByPath(beta)->description, "Kit");
     EXPECT_EQ(list.LibraryByPath(a + "/Beta.so"), nullptr);
     EXPECT_EQ(list.ActivateByPath(c + "/unlisted.so", 0), nullptr);
-    for (const auto& [library, module] : {std::pair{5, 0}, {2, 0}, {1, 8}})  // none; no modules; eight
+    for (const auto& [library, module] : {std::pair{5, 0}, {2, 0}, {1, 8}, {1, -1}})  // none; no modules; eight
         EXPECT_EQ(list.Activate(library, module), nullptr) << library << "," << module;
 }
 
