@@ -1,8 +1,8 @@
 // The bundled input plug-ins, loaded the way the player loads them, on files made here:
 // MPEG_Verdin.so on MP3 files that lame encodes from sines, with the PCM that "mpg123 -w"
 // writes for each as the reference; WAV_Verdin.so on canonical WAV files written directly,
-// other formats encoded from them with flac and sox, and what those tools cannot write
-// (Opus, float WAV) with libsndfile's own encoders. And the MPEG module's read-ahead.
+// other formats encoded from them with flac and sox, and float WAV with libsndfile's own
+// encoder. And the MPEG module's read-ahead.
 #include "MpegFileSource.h"
 
 #include "Files.h"
@@ -115,10 +115,7 @@ protected:
         const Bytes pcm = Bytes16(Sine16(22050, 2, 44100, {440.0, 660.0}));
         WriteWav(dir_->file("Take 2.final.wav"), 2, 44100, 16, pcm);  // its body is the suggested title
         RunOrThrow({"flac", "-s", "-o", dir_->file("tone.flac"), dir_->file("Take 2.final.wav")});
-        for (const char* format : {"aiff", "au", "ogg"}) RunOrThrow({"sox", dir_->file("Take 2.final.wav"), dir_->file("tone.") + format});
-        std::vector<float> tone48(48000);
-        for (size_t i = 0; i < tone48.size(); ++i) tone48[i] = 0.5f * std::sin(2.0f * 3.14159265f * 440.0f * i / 48000.0f);
-        WriteWithLibsndfile("tone.opus", SF_FORMAT_OGG | SF_FORMAT_OPUS, 48000, tone48);
+        for (const char* format : {"aiff", "au"}) RunOrThrow({"sox", dir_->file("Take 2.final.wav"), dir_->file("tone.") + format});
         WriteWav(dir_->file("stereo.wav"), 2, 44100, 16, Bytes16(Sine16(110250, 2, 44100, {440.0, 660.0})));
         WriteWav(dir_->file("mono.wav"), 1, 22050, 16, Bytes16(Sine16(55125, 1, 22050, {330.0})));
         tracks_ = new std::vector<Track>{{dir_->file("Take 2.final.wav"), 44100, 2, 44100 * 32, pcm}, {dir_->file("tone.flac"), 44100, 2, 0, pcm},
@@ -139,17 +136,6 @@ protected:
     static const Track& Wav() { return tracks_->at(0); }
     static const Track& Cbr() { return tracks_->at(2); }
     static std::string Path(const std::string& name) { return dir_->file(name); }
-    // Mono floats written by libsndfile itself, unclipped.
-    static std::string WriteWithLibsndfile(const std::string& name, int format, int rate, const std::vector<float>& samples) {
-        SF_INFO info{0, rate, 1, format, 0, 0};
-        SNDFILE* file = sf_open(Path(name).c_str(), SFM_WRITE, &info);
-        if (!file) throw std::runtime_error("libsndfile cannot write " + name + ": " + sf_strerror(nullptr));
-        sf_command(file, SFC_SET_CLIPPING, nullptr, SF_FALSE);
-        const sf_count_t written = sf_writef_float(file, samples.data(), sf_count_t(samples.size()));
-        sf_close(file);
-        if (written != sf_count_t(samples.size())) throw std::runtime_error("libsndfile wrote only part of " + name);
-        return Path(name);
-    }
 
     static TempDir* dir_;
     static std::vector<Track>* tracks_;
@@ -197,7 +183,14 @@ TEST_F(BundledInput, SndfileDescribesAndDecodesEachFormat) {
     for (size_t i = 0; i < unsigned8.size(); ++i) unsigned8[i] = static_cast<uint8_t>(i % 256), shifted.push_back(static_cast<int16_t>((int(i % 256) - 128) * 256));
     WriteWav(Path("eight.wav"), 1, 8000, 8, unsigned8);
     RunOrThrow({"sox", Path("eight.wav"), Path("eight.aiff")});
-    const std::string loud = WriteWithLibsndfile("loud.wav", SF_FORMAT_WAV | SF_FORMAT_FLOAT, 44100, {0.5f, 1.5f, -1.5f, -0.25f, 1.0f, -1.0f, 0.0f});
+    const std::string loud = Path("loud.wav");  // mono floats written by libsndfile itself, unclipped
+    SF_INFO format{0, 44100, 1, SF_FORMAT_WAV | SF_FORMAT_FLOAT, 0, 0};
+    SNDFILE* file = sf_open(loud.c_str(), SFM_WRITE, &format);
+    ASSERT_NE(file, nullptr) << sf_strerror(nullptr);
+    sf_command(file, SFC_SET_CLIPPING, nullptr, SF_FALSE);
+    const float floats[] = {0.5f, 1.5f, -1.5f, -0.25f, 1.0f, -1.0f, 0.0f};
+    EXPECT_EQ(sf_writef_float(file, floats, 7), 7);
+    sf_close(file);
     const Bytes& pcm = Wav().reference;
     const std::tuple<std::string, uint32_t, int32_t, int32_t, uint32_t, Bytes> cases[] = {
         // path, frame bytes, bits, bitrate (0: a negative average; -1: not checked), duration, PCM
@@ -215,19 +208,6 @@ TEST_F(BundledInput, SndfileDescribesAndDecodesEachFormat) {
         if (bitrate > 0) { EXPECT_EQ(info->bitrate, bitrate); }
         if (bitrate == 0) { EXPECT_NEAR(-info->bitrate, std::filesystem::file_size(path) * 8000.0 / duration, -info->bitrate * 0.01); }
         EXPECT_EQ(Samples16(Decoder(sndfile_, path).ToEnd(frameBytes)), Samples16(expected));
-    }
-    // Lossy formats give their length of the tone, at the RMS of a half-scale sine.
-    for (const auto& [path, rate, channels, frames] : {std::tuple{Path("tone.ogg"), 44100, 2, 22050}, {Path("tone.opus"), 48000, 1, 48000}}) {
-        SCOPED_TRACE(path);
-        const auto info = sndfile_.Info(path);
-        ASSERT_TRUE(info);
-        EXPECT_EQ(std::tuple(info->sampleRate, info->channels, info->bitsPerSample, info->bitrate < 0), std::tuple(rate, channels, 16, true));
-        EXPECT_NEAR(info->duration, frames * 1000.0 / rate, 2);
-        const std::vector<int16_t> samples = Samples16(Decoder(sndfile_, path).ToEnd(2 * channels));
-        EXPECT_NEAR(double(samples.size()) / channels, frames, rate / 100.0);
-        double power = 0;
-        for (int16_t s : samples) power += double(s) * s;
-        EXPECT_NEAR(std::sqrt(power / samples.size()) / 32768.0, 0.354, 0.03);
     }
 }
 

@@ -80,10 +80,9 @@ TEST(InputModuleList, SearchPathsAndFilesThatGiveNoModule) {
     std::filesystem::create_directories(dir.file("plugins/a_directory.so"));
     for (const char* name : {"plugins/b_text.so", "plugins/d_other.txt"}) std::ofstream(dir.file(name)) << "not a library";
     std::filesystem::copy_file(kOrderB + "/delta.so", dir.file("plugins/c_delta.SO"));
-    std::filesystem::create_directory_symlink(kOrderB, dir.file("link_to_order_b"));
-    const std::pair<std::string, size_t> paths[] = {
-        {"", 0}, {";;;", 0}, {kModules + "/no_such_dir", 0}, {kOrderB + "/delta.so", 0}, {kModules + "/no_such_dir;;" + kOrderB + ";", 1},
-        {dir.file("plugins"), 1}, {kOrderB + ";" + kOrderB, 2}, {kOrderB + ";" + dir.file("link_to_order_b"), 2},  // reached twice: loaded twice
+    const std::pair<std::string, size_t> paths[] = {  // empty pieces of the path: SplitSearchPath's (tests/base)
+        {";;;", 0}, {kOrderB + "/delta.so", 0}, {kModules + "/no_such_dir;;" + kOrderB + ";", 1}, {dir.file("plugins"), 1},
+        {kOrderB + ";" + kOrderB, 2},  // reached twice: loaded twice
     };
     for (const auto& [path, modules] : paths) {
         EventLog log;

@@ -19,7 +19,6 @@ namespace verdin {
 namespace {
 
 using namespace std::chrono_literals;
-using test::WaitUntil;
 using Clock = std::chrono::steady_clock;
 
 constexpr PcmFormat kCd{44100, 2, 16};
@@ -76,34 +75,24 @@ TEST_F(PulseDeviceTest, ANegativeCommitIsHeardAsTheCrossfadeMeantItAndTheVolumeA
     EXPECT_NEAR(peak, 16384 / 2, 16384 * 0.02);
 }
 
+// What a stream does when the server dies under it: StreamOnSoundServer.
 TEST_F(PulseDeviceTest, PositionsFollowTheServerClockAndRunOnByTheirOwnOnceTheServerDies) {
     const auto sinks = ListPulseDevices();
     ASSERT_FALSE(sinks.empty());
     EXPECT_EQ(sinks[0].name, test::PulseServer::kSinkName);  // the default sink first
-    EXPECT_FALSE(sinks[0].description.empty());
     auto device = Open(5);  // no such entry: the default sink
     ASSERT_TRUE(device->IsOpen()) << device->ErrorText();
     EXPECT_EQ(device->SinkName(), sinks[0].name);
-    EXPECT_EQ(device->CooperativeLevel(), 2);
     test::ExpectPositionsKeepTime(*device, 441);  // at most the last timing update
     device->Stop();
     device->Start();
     EXPECT_EQ(device->GetPlayedFrames(), 0);
     EXPECT_EQ(device->GetPlayPosition(), 0u);
-    // Gone: reported, and the positions run on by the clock, so a stream waiting for room
-    // gets to its end; nothing hangs.
-    device->CommitFrames(44100);
+    device->CommitFrames(44100);  // then the server dies: the positions run on by the clock
     server_->Kill();
-    ASSERT_TRUE(WaitUntil([&] { return device->Failed(); }));
-    EXPECT_NE(device->ErrorText().find("PulseAudio"), std::string::npos) << device->ErrorText();
+    ASSERT_TRUE(test::WaitUntil([&] { return device->Failed(); }));
     const int64_t before = device->GetPlayedFrames();
-    EXPECT_TRUE(WaitUntil([&] { return device->GetPlayedFrames() > before + 2000; }));
-    const auto t0 = Clock::now();
-    device->Pause();
-    device->Resume();
-    device->CommitFrames(100);
-    device.reset();
-    EXPECT_LT(Clock::now() - t0, 2s);
+    EXPECT_TRUE(test::WaitUntil([&] { return device->GetPlayedFrames() > before + 2000; }));
 }
 
 // No server at the address, then a socket that accepts connections but never speaks (a

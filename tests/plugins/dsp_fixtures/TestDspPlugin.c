@@ -5,7 +5,7 @@
  * repeats the modules for ever). On a 16-bit block, "append d" makes s into s * 10 + d (so
  * the samples tell the order of calls), "halve", "double", "negative" and "overlong" return
  * frames / 2, 2 x frames (copying the block after itself), -1 and 3 x frames; "gate" reports
- * "gate" and appends 9, "format" reports "format <bps> <nch> <srate> <numsamples>".
+ * "gate" and appends 9.
  * Every report goes to hwndParent as WM_COPYDATA, dwData TEST_DSP_REPORT, "<library>/
  * <module> <event>": also Init, Quit, Config, and "violation: <what>" when the host breaks
  * the contract (ModifySamples or Quit without Init, Quit while ModifySamples runs).
@@ -17,7 +17,7 @@
 #include <stdio.h>
 #include <string.h>
 
-enum Kind { APPEND, HALVE, DOUBLE, NEGATIVE, OVERLONG, GATE, FORMAT };
+enum Kind { APPEND, HALVE, DOUBLE, NEGATIVE, OVERLONG, GATE };
 typedef struct ModuleRecipe {
     const char* description;
     enum Kind kind;
@@ -28,7 +28,6 @@ static const ModuleRecipe recipes[] = {
 #if defined(TEST_DSP_KIT)
     {"append 1", APPEND, 1}, {"append 2", APPEND, 2},     {"append 3", APPEND, 3}, {"halve", HALVE, 0},
     {"double", DOUBLE, 0},   {"negative", NEGATIVE, 0},   {"overlong", OVERLONG, 0}, {"gate", GATE, 9},
-    {"format", FORMAT, 0},
 #elif defined(TEST_DSP_OTHER)
     {"append 4", APPEND, 4}, {"append 5", APPEND, 5},
 #endif
@@ -67,7 +66,7 @@ static int ModifySamples(winampDSPModule* module, short* samples, int numsamples
     if (atomic_load(&initialised[module - modules]) <= 0) Report(module, "violation: ModifySamples without Init");
     const int values = numsamples * nch;
     int result = numsamples;
-    char event[80];
+    (void)srate;
     switch (recipe->kind) {
     case GATE: Report(module, "gate"); /* fall through */
     case APPEND:
@@ -80,10 +79,6 @@ static int ModifySamples(winampDSPModule* module, short* samples, int numsamples
         break;
     case NEGATIVE: result = -1; break;
     case OVERLONG: result = 3 * numsamples; break;
-    case FORMAT:
-        snprintf(event, sizeof event, "format %d %d %d %d", bps, nch, srate, numsamples);
-        Report(module, event);
-        break;
     }
     atomic_fetch_sub(&inside[module - modules], 1);
     return result;
