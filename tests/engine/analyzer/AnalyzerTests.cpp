@@ -88,7 +88,6 @@ TEST(AnalyzerSnapshot, ReadingWrapsAtTheRingsEndAndTheWaveformSpansThirtyMillise
         ASSERT_TRUE(a.Take(Ring(1000, 16, ramp(0)), position * 4, Format(2)));
         for (int32_t i = 0; i < 1324; ++i)
             ASSERT_EQ(std::pair(a.GetWaveformValue(0, i), a.GetWaveformValue(1, i)), std::pair((750 + i) % 1000 * 65536, (750 + i) % 1000 * -65536)) << i;
-        EXPECT_EQ(a.GetWaveformValue(0, 1324), 0);
     }
     ASSERT_TRUE(b.Take(Ring(1000, 16, ramp(750)), 0, Format(2)));  // the same frames from the ring's start
     EXPECT_TRUE(Values(a, 0) == Values(b, 0) && Values(a, 1) == Values(b, 1) && Values(a, 0) != Table(576));

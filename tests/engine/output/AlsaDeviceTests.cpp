@@ -23,10 +23,9 @@ struct NullDevice {
     AlsaDevice device;
 };
 
-TEST(AlsaDevice, TheListStartsWithDefaultAndUnknownDevicesStayClosed) {
+TEST(AlsaDevice, TheListHoldsNullAndUnknownDevicesStayClosed) {
     const auto list = ListAlsaDevices();
     ASSERT_FALSE(list.empty());
-    EXPECT_EQ(list[0].name, "default");  // each name once: StreamOnSoundServer, with the server up
     EXPECT_TRUE(std::ranges::any_of(list, [](const auto& entry) { return entry.name == "null"; }));
     EXPECT_EQ(AlsaPcmNameOf(-1), "default");
     EXPECT_EQ(AlsaPcmNameOf(0), list.size() > 1 ? std::optional(list[1].name) : std::nullopt);

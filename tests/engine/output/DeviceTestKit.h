@@ -54,7 +54,6 @@ inline void ExpectPositionsKeepTime(OutputDevice& device, int64_t slack) {
     EXPECT_NEAR((device.GetPlayedFrames() - f0) / seconds, 44100.0, 44100.0 * 0.25);
     EXPECT_LT(device.GetPlayPosition(), device.RingSize());
     EXPECT_EQ(device.GetPlayPosition() % 4, 0u);
-    EXPECT_EQ(device.GetPlayedSeconds(), static_cast<uint64_t>(device.GetPlayedFrames()) / 44100);
     device.Pause();
     const int64_t held = device.GetPlayedFrames();
     ASSERT_TRUE(LetRealTimePass(6615));

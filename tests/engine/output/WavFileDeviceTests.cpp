@@ -27,7 +27,7 @@ TEST(WavFileName, NumberWidthFollowsTheEntryCountAndUnsafeCharactersGo) {
 
 // A longer file already there is overwritten, and the closed file is the canonical WAV
 // file of exactly the frames handed on, round the ring and by Waits longer than it; a
-// paused device holds, and Start begins at the ring's start again.
+// paused device holds. (Start again at the ring's start: the stream's seek test.)
 TEST(WavFileDevice, WritesExactlyTheFramesHandedOnUnderTheFinalHeader) {
     test::TempDir dir;
     const std::string path = dir.file("out.wav");
@@ -50,10 +50,6 @@ TEST(WavFileDevice, WritesExactlyTheFramesHandedOnUnderTheFinalHeader) {
         device.Wait(4);  // held like a paused sound card: nothing is written
         device.Resume();
         for (uint32_t frames : {3u, 20u, 2u}) hand(frames);
-        device.Start();  // as a seek does; the file keeps what was written
-        EXPECT_EQ(std::pair(device.GetPlayPosition(), device.GetPlayedFrames()), std::pair(uint32_t{0}, int64_t{0}));
-        EXPECT_EQ(device.DataBytes(), expected.size());
-        EXPECT_FALSE(device.Failed());
     }
     test::WriteWav(dir.file("ref.wav"), 2, 48000, 8, expected);
     EXPECT_EQ(test::ReadBytes(path), test::ReadBytes(dir.file("ref.wav")));
