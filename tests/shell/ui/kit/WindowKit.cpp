@@ -101,10 +101,6 @@ ModalWatcher::Answer ChooseFiles(const QStringList& files) {
     return [files](QWidget& modal) {
         auto* dialog = qobject_cast<QFileDialog*>(&modal);
         if (!dialog) return false;
-        if (files.isEmpty()) {
-            dialog->reject();
-            return true;
-        }
         // Typed into the file name field, as a user would: selectFile() leaves the field
         // alone once it has the focus.
         auto* name = dialog->findChild<QLineEdit*>(QStringLiteral("fileNameEdit"));

@@ -87,7 +87,7 @@ private:
 };
 
 // Answers for the toolkit's file dialog: choose these files (or this directory) and
-// accept; an empty list cancels.
+// accept.
 ModalWatcher::Answer ChooseFiles(const QStringList& files);
 // A dialog other than a file dialog: act on it, then accept or reject.
 ModalWatcher::Answer Close(const std::function<void(QWidget& dialog)>& act = {}, bool accept = false);
