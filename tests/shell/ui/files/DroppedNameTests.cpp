@@ -1,4 +1,4 @@
-// What dropped names stand for: links followed, desktop links read.
+// What dropped names stand for: desktop links read, other links kept.
 #include "shell/ui/files/DesktopLink.h"
 #include "shell/ui/files/DroppedNames.h"
 
@@ -43,17 +43,6 @@ TEST(ResolveDroppedName, KeepsADanglingLinkAndReadsDesktopLinks) {
     EXPECT_EQ(ResolveDroppedName(dir.file("dangling")), dir.file("dangling"));
     EXPECT_EQ(ResolveDroppedName(dir.file("radio.DESKTOP")), "http://radio.example/live");
     EXPECT_EQ(ResolveDroppedName(dir.file("app.desktop")), dir.file("app.desktop"));
-}
-
-TEST(DroppedNames, LocalFilesAsPathsAddressesAsTheyAre) {
-    test::TempDir dir;
-    std::filesystem::create_directory(dir.file("d"));
-    std::filesystem::create_directory_symlink(dir.file("d"), dir.file("l"));
-    const std::vector<std::string> names = DroppedNames(
-        {QUrl::fromLocalFile(QString::fromStdString(dir.file("l"))), QUrl(QStringLiteral("http://radio.example/x")),
-         QUrl(QStringLiteral("not a url"))});
-    // Links are followed later, one slice of the drop at a time.
-    EXPECT_EQ(names, (std::vector<std::string>{dir.file("l"), "http://radio.example/x"}));
 }
 
 }  // namespace
