@@ -240,6 +240,7 @@ TEST(StreamToFile, AContinuedStreamRunsAtThePriorityOfTheOneItContinues) {
     next->WaitUntilFinished();
     EXPECT_EQ(held->HandedOverTo(), next.get());
     EXPECT_EQ(next->ThreadPriority(), 1);
+    held.reset();  // closed before the stream that continued it, as the player does
 }
 
 // A stream on a private sound server that dies while the stream plays.
