@@ -93,6 +93,8 @@ public:
     // Edits of the main list, each keeping play order and current row consistent. Rows
     // are rows of the main playlist; atRow < 0 (or past the end) appends.
     int AddPaths(const std::vector<std::string>& paths, int atRow);
+    // Entries loaded elsewhere (LoadItem, no information read) moved into the list.
+    int AddLoaded(Playlist& loaded, int atRow);
     // Stops playing and empties the list ("Open" then adds and plays).
     void ClearList();
     void AddRandomEntry(int atRow, std::string_view expression);

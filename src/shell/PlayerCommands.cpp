@@ -107,6 +107,8 @@ void Player::Quit() {
 
 int Player::AddPaths(const std::vector<std::string>& paths, int atRow) { return core_.list_.Add(paths, atRow); }
 
+int Player::AddLoaded(Playlist& loaded, int atRow) { return core_.list_.AddLoaded(loaded, atRow); }
+
 void Player::ClearList() {
     core_.playback_.Stop();
     core_.list_.Clear();

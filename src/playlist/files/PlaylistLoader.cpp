@@ -200,6 +200,8 @@ bool LoadItem(Playlist& parent, std::string_view path, const LoadContext& contex
     return Loader(context).Load(parent, path);
 }
 
+bool IsPlaylistFileName(std::string_view path) { return KindOf(SplitTrackName(path).extension) != nullptr; }
+
 bool LoadPlaylistEntries(Playlist& playlist, const std::string& fileName, const LoadContext& context) {
     return Loader(context).LoadInto(playlist, fileName);
 }

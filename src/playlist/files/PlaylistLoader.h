@@ -45,6 +45,9 @@ struct LoadContext {
 // file already being read further up).
 bool LoadItem(Playlist& parent, std::string_view path, const LoadContext& context);
 
+// Whether the path's extension is one of a playlist file's.
+bool IsPlaylistFileName(std::string_view path);
+
 // Reads the entries of a playlist file (chosen by its extension, as above) into playlist
 // itself, rather than into a nested playlist: the main playlist kept in "default.vdp".
 // Relative entries are taken from the file's directory. False, and nothing added, when

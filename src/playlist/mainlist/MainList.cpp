@@ -88,7 +88,7 @@ void MainList::Clear() {
     Edited({.rows = true, .current = true, .cleared = true}, false);
 }
 
-int MainList::Load(Playlist& into, const std::vector<std::string>& paths) {
+void MainList::Load(Playlist& into, const std::vector<std::string>& paths) {
     // Deferred: loaded as if every retrieval were switched off, then listed.
     Settings noRetrieval;
     if (deferRetrieval_) {
@@ -96,7 +96,6 @@ int MainList::Load(Playlist& into, const std::vector<std::string>& paths) {
         noRetrieval.skipInfoForAnyFile = 1;
     }
     const LoadContext context{deferRetrieval_ ? noRetrieval : settings_, modules_};
-    const size_t before = into.ItemCount();
     for (const std::string& path : paths) {
         if (!IsDirectory(path)) {
             LoadItem(into, path, context);
@@ -106,25 +105,28 @@ int MainList::Load(Playlist& into, const std::vector<std::string>& paths) {
              ScanDirectory(path, settings_.recursiveAddDirectory != 0, modules_.SupportedExtensions()))
             LoadItem(into, file, context);
     }
-    for (size_t i = before; i < into.ItemCount(); ++i) NoteDeferred(*into.ItemAt(i));
-    return static_cast<int>(into.ItemCount() - before);
 }
 
+// Loaded into a scratch playlist first, then moved before the row, in order.
 int MainList::Add(const std::vector<std::string>& paths, int atRow) {
+    Playlist loaded;
+    Load(loaded, paths);
+    return AddLoaded(loaded, atRow);
+}
+
+int MainList::AddLoaded(Playlist& loaded, int atRow) {
+    const int added = static_cast<int>(loaded.ItemCount());
+    if (added == 0) return 0;
+    for (size_t i = 0; i < loaded.ItemCount(); ++i) NoteDeferred(*loaded.ItemAt(i));
     const bool wasEmpty = tree_.PlayableCount() == 0;
     const int rowsBefore = tree_.RowCount();
-    int added = 0;
     int insertedAt = rowsBefore;
     if (const RowRef ref = tree_.ItemAtRow(atRow)) {
-        // Loaded into a scratch playlist first, then moved before the row, in order.
-        Playlist scratch;
-        added = Load(scratch, paths);
         insertedAt = atRow;
-        ref.holder->InsertItems(ref.index, scratch.TakeAllItems());
+        ref.holder->InsertItems(ref.index, loaded.TakeAllItems());
     } else {
-        added = Load(tree_, paths);
+        tree_.InsertItems(tree_.ItemCount(), loaded.TakeAllItems());
     }
-    if (added == 0) return 0;
     if (currentItem_ && currentRow_ >= insertedAt) currentRow_ += tree_.RowCount() - rowsBefore;
     if (!currentItem_) currentItem_ = ItemAt(currentRow_);
     Edited({.rows = true}, wasEmpty);

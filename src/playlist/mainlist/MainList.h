@@ -81,6 +81,9 @@ public:
     // scan) before the item at atRow, in order; appended when atRow names no item.
     // Returns the number of items added.
     int Add(const std::vector<std::string>& paths, int atRow);
+    // The same for entries loaded elsewhere (LoadItem into a playlist of their own, with
+    // no information read): they move out of `loaded` into the list.
+    int AddLoaded(Playlist& loaded, int atRow);
     void Insert(int atRow, std::unique_ptr<PlaylistItem> item);
     void AddNewPlaylist(int atRow, std::string_view fileName);
     void Delete(const std::vector<int>& rows);
@@ -139,7 +142,7 @@ private:
     void Announce(const ListChange& change);
     void FollowCurrentItem();
     void NoteDeferred(const PlaylistItem& item);
-    int Load(Playlist& into, const std::vector<std::string>& paths);
+    void Load(Playlist& into, const std::vector<std::string>& paths);
 
     const Settings& settings_;
     const InputModuleList& modules_;

@@ -2,7 +2,9 @@
 
 #include "base/DirectoryListing.h"
 #include "engine/input/InputModuleList.h"
+#include "playlist/Playlist.h"
 #include "playlist/files/DirectoryScan.h"
+#include "playlist/files/PlaylistLoader.h"
 #include "settings/Settings.h"
 #include "shell/Player.h"
 #include "shell/ui/files/DroppedNames.h"
@@ -81,11 +83,19 @@ void AddCommands::DropNames(const std::vector<std::string>& names) {
 
 AddCommands::AddCommands(Player& player, QWidget& dialogOwner) : player_(player), owner_(dialogOwner) {
     listener_ = player_.Listen([this](unsigned changes) {
-        if (changes & kListReplaced) pending_.clear();
+        if (changes & kListReplaced && !pending_.empty()) {
+            pending_.clear();
+            ++generation_;
+        }
     });
 }
 
-AddCommands::~AddCommands() { player_.StopListening(listener_); }
+AddCommands::~AddCommands() {
+    player_.StopListening(listener_);
+    // The reading touches nothing of ours but its result; its message to sliceContext_
+    // is dropped with it.
+    if (reading_.valid()) reading_.wait();
+}
 
 void AddCommands::Open(const std::vector<std::string>& paths) {
     player_.ClearList();
@@ -103,27 +113,39 @@ void AddCommands::Queue(const std::vector<std::string>& paths, bool dropped, int
     if (pending_.size() == 1) RunSlice();
 }
 
+// An insertion goes on before the same entry: after what the earlier slices put there.
+void AddCommands::AddToFront(const std::function<void(int atRow)>& add) {
+    Addition& addition = pending_.front();
+    const int before = player_.List().RowCount();
+    add(addition.atRow < 0 ? -1 : addition.atRow + addition.rowsAdded);
+    addition.rowsAdded += player_.List().RowCount() - before;
+}
+
 void AddCommands::RunSlice() {
-    if (pending_.empty()) return;
+    if (pending_.empty() || reading_.valid()) return;
     Addition& addition = pending_.front();
     std::vector<std::string> slice;
-    while (slice.size() < kSlice && !addition.names.empty()) {
+    std::string playlistFile;
+    while (slice.size() < kSlice && !addition.names.empty() && playlistFile.empty()) {
         Name name = std::move(addition.names.front());
         addition.names.pop_front();
-        const std::string path = name.dropped ? ResolveDroppedName(name.path) : std::move(name.path);
-        if (!IsDirectory(path)) {
-            slice.push_back(path);
-            continue;
+        std::string path = name.dropped ? ResolveDroppedName(name.path) : std::move(name.path);
+        if (IsDirectory(path)) {
+            // A directory's files take its place, ahead of the names after it.
+            std::vector<std::string> files = ScanDirectory(path, player_.GetSettings().recursiveAddDirectory != 0,
+                                                           player_.Modules().SupportedExtensions());
+            for (auto file = files.rbegin(); file != files.rend(); ++file) addition.names.push_front({*file, false});
+        } else if (IsPlaylistFileName(path)) {
+            playlistFile = std::move(path);
+        } else {
+            slice.push_back(std::move(path));
         }
-        // A directory's files take its place, ahead of the names after it.
-        std::vector<std::string> files = ScanDirectory(path, player_.GetSettings().recursiveAddDirectory != 0,
-                                                       player_.Modules().SupportedExtensions());
-        for (auto file = files.rbegin(); file != files.rend(); ++file) addition.names.push_front({*file, false});
     }
-    // An insertion goes on before the same entry: after what the earlier slices put there.
-    const int before = player_.List().RowCount();
-    if (!slice.empty()) player_.AddPaths(slice, addition.atRow < 0 ? -1 : addition.atRow + addition.rowsAdded);
-    addition.rowsAdded += player_.List().RowCount() - before;
+    if (!slice.empty()) AddToFront([&](int atRow) { player_.AddPaths(slice, atRow); });
+    if (!playlistFile.empty()) {
+        StartReading(playlistFile);
+        return;
+    }
     if (!addition.names.empty()) {
         QTimer::singleShot(0, &sliceContext_, [this] { RunSlice(); });
         return;
@@ -133,6 +155,27 @@ void AddCommands::RunSlice() {
     if (play) player_.Execute(Action::kPlay);
     if (!pending_.empty()) QTimer::singleShot(0, &sliceContext_, [this] { RunSlice(); });
     else if (idle_) idle_();
+}
+
+// Only the file system and the new playlist are touched on the worker: no information
+// is read, so no input module is asked.
+void AddCommands::StartReading(const std::string& playlistFile) {
+    reading_ = std::async(std::launch::async, [this, playlistFile, generation = generation_,
+                                              &modules = player_.Modules()] {
+        Settings noRetrieval;
+        noRetrieval.skipInfoForAnyFile = 1;
+        auto loaded = std::make_unique<Playlist>();
+        LoadItem(*loaded, playlistFile, LoadContext{noRetrieval, modules});
+        QMetaObject::invokeMethod(&sliceContext_, [this, generation] { ReadingDone(generation); }, Qt::QueuedConnection);
+        return loaded;
+    });
+}
+
+void AddCommands::ReadingDone(unsigned generation) {
+    std::unique_ptr<Playlist> loaded = reading_.get();
+    // Additions dropped meanwhile (the list was replaced) take what was read with them.
+    if (generation == generation_) AddToFront([&](int atRow) { player_.AddLoaded(*loaded, atRow); });
+    RunSlice();
 }
 
 }  // namespace verdin

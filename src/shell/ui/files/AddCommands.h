@@ -7,13 +7,17 @@
 //
 // Directories are scanned first; the files then go into the list in slices, one slice
 // per turn of the event loop, so that ten thousand files never hold the window still
-// (their information is read afterwards, on worker threads). Additions queue up and run
-// in the order they were asked for, until the list is replaced.
+// (their information is read afterwards, on worker threads). A playlist file is read on
+// a worker thread of its own, however long or deeply nested it is, and goes in whole when
+// it has been read; the names after it wait for it. Additions queue up and run in the
+// order they were asked for, until the list is replaced.
 #include <QList>
 #include <QObject>
 #include <QUrl>
 #include <deque>
 #include <functional>
+#include <future>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -22,6 +26,7 @@ class QWidget;
 namespace verdin {
 
 class Player;
+class Playlist;
 
 class AddCommands {
 public:
@@ -69,6 +74,9 @@ private:
     };
     void Queue(const std::vector<std::string>& paths, bool dropped, int atRow, bool play);
     void RunSlice();
+    void StartReading(const std::string& playlistFile);
+    void ReadingDone(unsigned generation);
+    void AddToFront(const std::function<void(int atRow)>& add);
     // The dialogs start in the settings' initial directory and leave the one the user
     // chose in `directory`; it is kept in the settings.
     void KeepInitialDirectory(const std::string& directory);
@@ -77,6 +85,8 @@ private:
     QWidget& owner_;
     std::function<void()> idle_;
     std::deque<Addition> pending_;
+    unsigned generation_ = 0;  // counts the times pending_ was dropped
+    std::future<std::unique_ptr<Playlist>> reading_;  // the playlist file being read
     int listener_ = -1;
     QObject sliceContext_;  // the next slice's timer dies with the commands
 };
