@@ -439,6 +439,9 @@ void MainWindowTests::findAndFindNextSelectTheMatches() {
     WindowHome home;
     WindowRun run(Tones(home, {"alpha", "beta", "alphabet", "gamma"}));
     MainWindow& window = run.Window();
+    // Stopped, the caption takes the current track's title once its information is read.
+    QVERIFY(WaitUntil([&] { return window.windowTitle().contains(QStringLiteral("alpha")); }));
+    QCOMPARE(window.windowTitle(), Q(run.Core().Caption()));
     auto find = [&](const QString& text, bool caseSensitive) {
         ModalWatcher watcher(Close([&](QWidget& modal) {
             auto& dialog = static_cast<FindDialog&>(modal);
