@@ -6,6 +6,7 @@
 #include "Files.h"
 #include "PulseServer.h"
 
+#include <QCoreApplication>
 #include <csignal>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -63,6 +64,26 @@ TEST_F(SystemTest, ASoundServerThatDiesStopsPlaybackWithAReasonAndTheNextPlayFin
     player->Signal(SIGTERM);
     EXPECT_EQ(player->WaitForExit(), 0) << player->Output();
     saved ? setenv("PULSE_SERVER", restore.c_str(), 1) : unsetenv("PULSE_SERVER");
+}
+
+// Texts no user types: ten megabytes of names, a quote left open, and a second start with
+// a name that is not UTF-8, which a bus string cannot carry. Only what exists is added,
+// the second start says what it left out, and the player answers after each.
+TEST_F(SystemTest, OddCommandTextsAddWhatExistsAndNothingElse) {
+    int argc = 0;
+    QCoreApplication bus(argc, nullptr);
+    SeedSettings([this](Settings& s) { DecodeToFiles(s); });
+    const std::string a = Tone("a.wav", 0.2, 440), latin1 = Tone("caf\xe9.wav", 0.2, 440);
+    auto player = Start({"--headless"});
+    std::string huge;
+    while (huge.size() < 10 << 20) huge += "/no/such/file \"\" ";
+    ASSERT_TRUE(player->Execute(huge + a));
+    ASSERT_TRUE(player->Execute("\"" + a + "\" \"" + a));
+    const auto [code, output] = RunSecondStart(home_, bus_, {latin1, a});
+    EXPECT_EQ(code, 0);
+    EXPECT_EQ(output, "Verdin: names that are not UTF-8 cannot be handed to the running player; they were left out.\n");
+    EXPECT_EQ(player->RowCount(), 4);  // a once, twice, once
+    EXPECT_EQ(player->Call("Caption"), "('1. a <stopped>',)");
 }
 
 // Every method of the player's object once (the sanitizer build runs this too), then a

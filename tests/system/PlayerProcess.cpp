@@ -3,6 +3,8 @@
 #include "Files.h"
 #include "Process.h"
 
+#include <QDBusConnection>
+#include <QDBusMessage>
 #include <cerrno>
 #include <csignal>
 #include <cstdlib>
@@ -78,6 +80,14 @@ std::optional<std::string> PlayerProcess::Call(const std::string& method, const 
     std::string reply = result.output;
     while (!reply.empty() && (reply.back() == '\n' || reply.back() == ' ')) reply.pop_back();
     return reply;
+}
+
+bool PlayerProcess::Execute(const std::string& text) {
+    QDBusConnection bus = QDBusConnection::connectToBus(QString::fromStdString(bus_.Address()), QStringLiteral("test"));
+    QDBusMessage call = QDBusMessage::createMethodCall(QStringLiteral("org.brimfell.Verdin"), QStringLiteral("/System"),
+                                                       QStringLiteral("org.brimfell.Verdin.System"), QStringLiteral("Execute"));
+    call << QString::fromStdString(text);
+    return bus.call(call, QDBus::Block, 120000).type() == QDBusMessage::ReplyMessage;
 }
 
 std::string PlayerProcess::Status() {

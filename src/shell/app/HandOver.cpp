@@ -2,6 +2,8 @@
 
 #include <QDBusConnection>
 #include <QDBusMessage>
+#include <QStringDecoder>
+#include <cstdio>
 
 namespace verdin {
 
@@ -10,11 +12,17 @@ bool HandOverCommandText(const std::string& text) {
     if (!bus.isConnected()) return false;
     QDBusMessage call = QDBusMessage::createMethodCall(QString::fromLatin1(kBusName), QString::fromLatin1(kSystemPath),
                                                        QString::fromLatin1(kSystemInterface), QStringLiteral("Execute"));
-    call << QString::fromStdString(text);
+    // A bus string is UTF-8: a name in another encoding arrives with replacement
+    // characters, naming no file.
+    QStringDecoder fromUtf8(QStringDecoder::Utf8);
+    call << QString(fromUtf8(QByteArrayView(text.data(), static_cast<qsizetype>(text.size()))));
     // Without an instance the bus answers at once (no such name); a running instance
     // answers when it has run the text.
     const QDBusMessage reply = bus.call(call, QDBus::Block, 30000);
-    return reply.type() == QDBusMessage::ReplyMessage;
+    if (reply.type() != QDBusMessage::ReplyMessage) return false;
+    if (fromUtf8.hasError())
+        std::fputs("Verdin: names that are not UTF-8 cannot be handed to the running player; they were left out.\n", stderr);
+    return true;
 }
 
 }  // namespace verdin
