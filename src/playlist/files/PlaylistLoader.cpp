@@ -128,6 +128,8 @@ public:
     }
 
 private:
+    bool TakeEntry() { return entries_ < kMaxPlaylistEntries && ++entries_ > 0; }
+
     bool MayRead(const FileIdentity& identity) const {
         if (chain_.size() >= static_cast<size_t>(kMaxPlaylistNesting) || reads_ >= kMaxPlaylistReads) return false;
         return std::find(chain_.begin(), chain_.end(), identity) == chain_.end();
@@ -165,6 +167,7 @@ private:
         while (const std::optional<std::string> entry = reader.Next()) {
             // Extended M3U's "#EXTINF:...,Title" may hold an address; it is no entry.
             if (!entry->empty() && entry->front() == '#' && entry->find("://") != std::string::npos) continue;
+            if (!TakeEntry()) break;
             LoadEntry(playlist, *entry, directory);
         }
         return true;
@@ -180,6 +183,7 @@ private:
         // nothing: only the keys present are visited.
         for (const std::string_view stored : section.NumberedValues(kind.keyPrefix, count)) {
             const std::string_view value = AsBufferValue(stored);
+            if (!TakeEntry()) break;
             if (kind.randomEntries && !value.empty() && value.front() == ';')
                 playlist.AppendItem(std::make_unique<RandomEntry>(value.substr(1)));
             else
@@ -192,6 +196,7 @@ private:
     FileLookup lookup_;
     std::vector<FileIdentity> chain_;  // the playlist files being read, outermost first
     int reads_ = 0;                    // playlist files read so far
+    int entries_ = 0;                  // entries of playlist files taken so far
 };
 
 }  // namespace

@@ -23,7 +23,10 @@
 // chain of nesting: the inner mention of a file already being read adds nothing. So does
 // nesting deeper than kMaxPlaylistNesting files, and any playlist file beyond the
 // kMaxPlaylistReads-th read by one call (files that each name the next one twice would
-// otherwise be read 2^depth times).
+// otherwise be read 2^depth times). Entries of playlist files beyond the
+// kMaxPlaylistEntries-th one loaded by one call are skipped too: a file naming another
+// thousands of times, which names a track thousands of times, would otherwise fill the
+// memory.
 #include <string>
 #include <string_view>
 
@@ -35,6 +38,7 @@ struct Settings;
 
 inline constexpr int kMaxPlaylistNesting = 64;
 inline constexpr int kMaxPlaylistReads = 100000;
+inline constexpr int kMaxPlaylistEntries = 1000000;
 
 struct LoadContext {
     const Settings& settings;          // the skipInfoFor... flags and ignoreID3Tags

@@ -98,14 +98,20 @@ TEST_F(Loading, APlaylistThatIncludesItselfIsReadOncePerChain) {
 }
 
 // Files that each name the next one twice would take 2^25 reads; files that each name
-// the next once nest deeper than allowed.
+// the next once nest deeper than allowed; a file naming another 1,001 times, which names
+// a track 1,000 times, holds more entries than allowed.
 TEST_F(Loading, ReadsStopAtTheBudgetAndNestingAtItsDepth) {
     for (int i = 0; i < 25; ++i) {
         const std::string next = "d" + std::to_string(i + 1) + ".m3u\n";
         Write("d" + std::to_string(i) + ".m3u", next + next);
     }
     for (int i = 0; i < kMaxPlaylistNesting + 6; ++i) Write("l" + std::to_string(i) + ".m3u", "l" + std::to_string(i + 1) + ".m3u\n");
-    LoadAll({"d0.m3u", "l0.m3u"});
+    std::string wide, thousand;
+    for (int i = 0; i < 1000; ++i) wide += "thousand.m3u\n", thousand += "a.mp3\n";
+    Write("wide.m3u", wide + "thousand.m3u\n");
+    Write("thousand.m3u", thousand);
+    Write("a.mp3");
+    LoadAll({"d0.m3u", "l0.m3u", "wide.m3u"});
     std::function<int(const Playlist&)> playlists = [&](const Playlist& p) {
         int n = 1;
         for (size_t i = 0; i < p.ItemCount(); ++i)
@@ -114,6 +120,7 @@ TEST_F(Loading, ReadsStopAtTheBudgetAndNestingAtItsDepth) {
     };
     EXPECT_EQ(playlists(NestedAt(0)), kMaxPlaylistReads);
     EXPECT_EQ(playlists(NestedAt(1)), kMaxPlaylistNesting);  // a chain: its length is its depth
+    EXPECT_EQ(NestedAt(2).RowCount(), kMaxPlaylistEntries);  // a row for each entry taken
 }
 
 }  // namespace
