@@ -142,6 +142,9 @@ void Stream::UnlinkFromPrevious() {
     // so on its thread right now): let that finish, so this stream's thread is running
     // and can be stopped like any other.
     if (expected == kClosedLink) previous->WaitUntilFinished();
+    // Nor may it name this stream as its successor once this one is gone.
+    Stream* self = this;
+    previous->handedOverTo_.compare_exchange_strong(self, nullptr, std::memory_order_acq_rel);
 }
 
 void Stream::ContinueStream(Stream* previous, bool crossfade) {

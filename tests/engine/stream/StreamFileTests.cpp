@@ -240,7 +240,9 @@ TEST(StreamToFile, AContinuedStreamRunsAtThePriorityOfTheOneItContinues) {
     next->WaitUntilFinished();
     EXPECT_EQ(held->HandedOverTo(), next.get());
     EXPECT_EQ(next->ThreadPriority(), 1);
-    held.reset();  // closed before the stream that continued it, as the player does
+    // Closed first, the stream that continued is no longer named by the one it continued.
+    next.reset();
+    EXPECT_EQ(held->HandedOverTo(), nullptr);
 }
 
 // A stream on a private sound server that dies while the stream plays.
