@@ -1,6 +1,7 @@
 #include "WavFileName.h"
 
 #include <cstdio>
+#include <cstring>
 
 namespace verdin {
 
@@ -18,6 +19,7 @@ constexpr NumberWidth kNumberWidths[] = {
     {1000, 3},
 };
 constexpr int kLargestWidth = 4;
+constexpr size_t kLongestFileName = 255;  // bytes, as Linux file systems allow
 
 constexpr std::string_view kForbidden{"/\\:*?\"<>|\0", 10};
 
@@ -49,7 +51,15 @@ std::string WavFileName(std::string_view directory, int number, int entryCount,
     name += '/';
     name += digits;
     name += ". ";
-    name += FileNameSafeTitle(title);
+    std::string safe = FileNameSafeTitle(title);
+    const size_t room = kLongestFileName - std::strlen(digits) - std::strlen(". .wav");
+    if (safe.size() > room) {
+        size_t cut = room;
+        // Not inside a UTF-8 sequence: back to the first byte of the character.
+        while (cut > 0 && (static_cast<unsigned char>(safe[cut]) & 0xC0) == 0x80) --cut;
+        safe.resize(cut);
+    }
+    name += safe;
     name += ".wav";
     return name;
 }

@@ -11,7 +11,9 @@ namespace verdin {
 // them: one space, then the number padded with spaces to the width. With 12 entries
 // track 7 is "  7" and track 12 is " 12"; with 100 entries track 7 is "   7". (C's
 // printf would count the space inside the width and give " 7"; the player's names are
-// the ones above, on purpose.)
+// the ones above, on purpose.) A title too long for a file name (255 bytes with the
+// number and ".wav") is cut, at a character's boundary, so that the name fits; a name
+// that fits is left exactly as it is.
 std::string WavFileName(std::string_view directory, int number, int entryCount,
                         std::string_view title);
 

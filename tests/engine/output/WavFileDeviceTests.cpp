@@ -17,9 +17,15 @@ namespace {
 
 // Fewer than 10 and fewer than 100 entries: tests/system/PlaybackTests.
 TEST(WavFileName, NumberWidthFollowsTheEntryCountAndUnsafeCharactersGo) {
-    const std::tuple<int, int, const char*, const char*> cases[] = {  // number, entries, title, name
+    std::string e150, e124;  // "é" is two bytes
+    for (int i = 0; i < 150; ++i) e150 += "\xC3\xA9", e124 += i < 124 ? "\xC3\xA9" : "";
+    const std::tuple<int, int, std::string, std::string> cases[] = {  // number, entries, title, name
         {7, 100, "Song", "/d/   7. Song.wav"}, {5, 1000, "Song", "/d/    5. Song.wav"},
         {1, 1, "AC/DC: Who? \"Me\" <a|b> *\\ (x) & y!", "/d/1. AC_DC_ Who_ _Me_ _a_b_ __ (x) & y!.wav"},
+        // Too long for a name of 255 bytes: cut to fit, never inside a character.
+        {1, 1, std::string(248, 'a'), "/d/1. " + std::string(248, 'a') + ".wav"},
+        {1, 1, std::string(300, 'a'), "/d/1. " + std::string(248, 'a') + ".wav"},
+        {12, 1000, e150, "/d/   12. " + e124.substr(4) + ".wav"}, {1, 1, "x" + e150, "/d/1. x" + e124.substr(2) + ".wav"},
     };
     for (const auto& [number, entries, title, name] : cases) EXPECT_EQ(WavFileName("/d", number, entries, title), name) << title;
     EXPECT_EQ(FileNameSafeTitle(std::string("a\0b", 3)), "a_b");
