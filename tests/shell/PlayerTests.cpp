@@ -8,6 +8,7 @@
 
 #include "Files.h"
 #include "PcmFixtures.h"
+#include "Process.h"
 #include "TempDir.h"
 
 #include <QSettings>
@@ -98,6 +99,24 @@ TEST_F(PlayerTest, QuittingAsksOnlyAboutUnsavedNestedPlaylists) {
     player_.IncorporateRows({1});
     player_.Execute(50001);
     EXPECT_EQ(host_.said, (std::vector<std::string>{"The main playlist contains unsaved playlist(s).\nQuit anyway?"}));
+}
+
+// A FLAC file whose header claims ten times the samples it holds: that length is shown
+// until the track has been decoded to its end, then the length decoding found.
+TEST_F(PlayerTest, ALengthLearnedByDecodingToTheEndReplacesTheHeadersOne) {
+    const std::string cut = dir_.file("cut.flac");
+    Tone("cut.wav");
+    ASSERT_EQ(test::RunCommand({"flac", "-s", "-o", cut, dir_.file("cut.wav")}).exitCode, 0);
+    std::string flac = test::ReadFile(cut);
+    // The total sample count: the low 36 bits of the big-endian word at 18, 800 made 8000.
+    flac[21] = static_cast<char>(flac[21] & 0xF0), flac[22] = 0, flac[23] = 0, flac[24] = 0x1F, flac[25] = 0x40;
+    test::WriteFile(cut, flac);
+    player_.AddPaths({cut}, -1);
+    settings_.windowTitleTemplate = "%dur%";
+    EXPECT_EQ(player_.Caption(), "0:01");
+    player_.PlayRow(0);
+    while (player_.Playing()) core_.ProgressTick();
+    EXPECT_EQ(player_.Caption(), "0:00");
 }
 
 TEST_F(PlayerTest, RebuildingTheSampleSpaceWhileARandomEntryIsCurrentLeavesNoStalePick) {

@@ -88,6 +88,8 @@ uint64_t Stream::PauseBytes() const {
 void Stream::ResetCounters() {
     writePosition_ = 0;
     framesDecoded_ = 0;
+    trackFramesDecoded_ = 0;
+    decodedLengthMs_.store(0, std::memory_order_relaxed);
     equalizerIn_ = equalizerOut_ = 0;
     pending_ = nullptr;
     pendingBytes_ = 0;

@@ -90,6 +90,10 @@ public:
     // The priority step its thread runs at (see threadPriority_).
     int ThreadPriority() const { return threadPriority_; }
     bool EndOfTrack() const { return endOfTrack_.load(std::memory_order_acquire); }
+    // The track's length as decoding found it, in milliseconds: where the last seek
+    // landed plus what was decoded after it. 0 until the decoder itself ended the track
+    // (a stop, a failure or EndTrackNow leave it 0).
+    uint32_t DecodedLengthMs() const { return decodedLengthMs_.load(std::memory_order_acquire); }
     // The stream that took this stream's device over when this track ended, or null.
     Stream* HandedOverTo() const { return handedOverTo_.load(std::memory_order_acquire); }
     // The stream linked to follow this one (set up, not necessarily started), or null.
@@ -175,6 +179,7 @@ private:
     uint32_t pendingBytes_ = 0;
     uint32_t writePosition_ = 0;      // bytes into the ring
     int64_t framesDecoded_ = 0;
+    int64_t trackFramesDecoded_ = 0;  // since the track's start or the last seek
     int64_t equalizerIn_ = 0;         // frames given to and taken from the equalizer:
     int64_t equalizerOut_ = 0;        // the difference is what it holds back
     uint64_t pauseBytes_ = 0;
@@ -192,6 +197,7 @@ private:
     // before the thread starts (or by Seek), read by the user-interface thread.
     std::atomic<int64_t> trackStartFrame_{0};
     std::atomic<uint32_t> seekBaseMs_{0};
+    std::atomic<uint32_t> decodedLengthMs_{0};  // written by the stream thread at the end
 
     // Written by the user-interface thread, read by the stream thread.
     std::atomic<bool> paused_{false};

@@ -42,6 +42,7 @@ uint32_t Stream::DecodeBlock() {
     pending_ += take;
     pendingBytes_ -= take;
     framesDecoded_ += take / frameBytes;
+    trackFramesDecoded_ += take / frameBytes;
     return take;
 }
 
@@ -77,11 +78,16 @@ uint32_t Stream::FlushEqualizer() {
 
 void Stream::Step() {
     if (phase_ == Phase::kDecoding) {
-        const uint32_t bytes = endNow_.load(std::memory_order_acquire) ? 0 : DecodeBlock();
+        const bool endNow = endNow_.load(std::memory_order_acquire);
+        const uint32_t bytes = endNow ? 0 : DecodeBlock();
         if (bytes > 0) {
             Deliver(bytes, true);
             return;
         }
+        if (!endNow && format_.sampleRate > 0)
+            decodedLengthMs_.store(seekBaseMs_.load(std::memory_order_acquire) +
+                                       static_cast<uint32_t>(trackFramesDecoded_ * 1000 / format_.sampleRate),
+                                   std::memory_order_release);
         EndDecoding();
     }
     if (pauseBytes_ == 0) {

@@ -307,16 +307,36 @@ void MainList::Fill(std::vector<RetrievedTrack> tracks) {
     if (filled) Announce({.texts = true});
 }
 
-bool MainList::Reread(int row) {
+TrackRecord* MainList::TrackAt(int row) {
     const RowRef ref = tree_.ItemAtRow(row);
-    if (!ref) return false;
-    TrackRecord* track = nullptr;
-    if (ref.item->Kind() == ItemKind::kTrack) track = &static_cast<TrackItem*>(ref.item)->Track();
-    else if (ref.item->Kind() == ItemKind::kRandomEntry) track = static_cast<RandomEntry*>(ref.item)->PickedTrack();
+    if (!ref) return nullptr;
+    if (ref.item->Kind() == ItemKind::kTrack) return &static_cast<TrackItem*>(ref.item)->Track();
+    if (ref.item->Kind() == ItemKind::kRandomEntry) return static_cast<RandomEntry*>(ref.item)->PickedTrack();
+    return nullptr;
+}
+
+bool MainList::Reread(int row) {
+    TrackRecord* track = TrackAt(row);
     if (!track || track->IsNullTrack()) return false;
     track->RetrieveInformation(modules_, settings_.ignoreID3Tags != 0);
     Announce({.texts = true, .current = row == currentRow_});
     return true;
+}
+
+void MainList::LearnLength(const std::string& fullName, uint32_t milliseconds) {
+    // Rounding of the decoder's and the header's sums differs by a few milliseconds; an
+    // estimate worth replacing is off by much more.
+    constexpr uint32_t kTolerance = 500;
+    TrackRecord* track = TrackAt(currentRow_);
+    if (milliseconds == 0 || !track || track->FullName() != fullName || !track->InfoRetrieved()) return;
+    TrackInfo info = track->Info();
+    if (info.duration + kTolerance > milliseconds && milliseconds + kTolerance > info.duration) return;
+    info.duration = milliseconds;
+    // Without a length the module could not tell the rate either: the file's average.
+    if (info.bitrate >= -1 && info.bitrate <= 1 && info.fileSize > track->AudioStart())
+        info.bitrate = static_cast<int32_t>(uint64_t{info.fileSize - track->AudioStart()} * 8000 / milliseconds);
+    track->SetInfo(info);
+    Announce({.texts = true, .current = true});
 }
 
 void MainList::RereadAll() {

@@ -106,6 +106,10 @@ public:
     void Fill(std::vector<RetrievedTrack> tracks);
     bool Reread(int row);
     void RereadAll();
+    // The track of this name at the current row was decoded to its end and lasted this
+    // long: a length that its information got wrong (estimated from a header, or unknown)
+    // is replaced.
+    void LearnLength(const std::string& fullName, uint32_t milliseconds);
     // The track a row plays, its information read first when adding deferred it: a
     // track's record, a random entry's pick (the null track when nothing matches), or
     // null for a playlist's row.
@@ -142,6 +146,8 @@ private:
     void Announce(const ListChange& change);
     void FollowCurrentItem();
     void NoteDeferred(const PlaylistItem& item);
+    // The track a row plays: a track's record, a random entry's pick; null otherwise.
+    TrackRecord* TrackAt(int row);
     void Load(Playlist& into, const std::vector<std::string>& paths);
 
     const Settings& settings_;

@@ -249,6 +249,7 @@ void Playback::ProgressTick() {
 
     const bool loop = settings_.loopMode != 0;
     const bool deleteFinished = settings_.deleteTracksAfterPlaying != 0;
+    list_.LearnLength(current_->Path(), current_->DecodedLengthMs());
     Stream* follower = current_->HandedOverTo();
     if (!current_->Failed() && follower && follower == next_.get()) {
         // The prepared stream took the device over. Nothing changed the list since it was
