@@ -1,5 +1,7 @@
 #include "DspModuleInstance.h"
 
+#include "plugins/library/PluginCallScope.h"
+
 #include <utility>
 
 namespace verdin {
@@ -15,17 +17,26 @@ DspModuleInstance::DspModuleInstance(PluginLibrary library, winampDSPHeader* hea
 }
 
 DspModuleInstance::~DspModuleInstance() {
-    if (initialised_ && module_->Quit) module_->Quit(module_);
+    if (initialised_ && module_->Quit) {
+        PluginCallScope call;
+        module_->Quit(module_);
+    }
     // library_ is destroyed after this body: the module's code stays mapped through Quit.
 }
 
 void DspModuleInstance::Initialise() {
     initialised_ = true;
-    if (module_->Init) module_->Init(module_);
+    if (module_->Init) {
+        PluginCallScope call;
+        module_->Init(module_);
+    }
 }
 
 void DspModuleInstance::Configure() {
-    if (module_->Config) module_->Config(module_);
+    if (module_->Config) {
+        PluginCallScope call;
+        module_->Config(module_);
+    }
 }
 
 }  // namespace verdin

@@ -37,6 +37,9 @@ public:
 
     // Closes the library now (when loaded); the object is empty afterwards.
     void Close();
+    // Gives the library up without closing it: it stays loaded until the process ends,
+    // for plug-in code that may still run (a thread of its own on its way out).
+    void KeepLoaded() { handle_ = nullptr; }
 
 private:
     explicit PluginLibrary(void* handle) : handle_(handle) {}

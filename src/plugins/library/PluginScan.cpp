@@ -4,7 +4,6 @@
 #include "base/DirectoryListing.h"
 #include "base/SearchPath.h"
 
-#include <verdin/gen.h>
 #include <verdin/vis.h>
 
 #include <optional>
@@ -34,14 +33,6 @@ std::optional<FoundPluginLibrary> ReadVisualization(const std::string& path) {
     return found;
 }
 
-std::optional<FoundPluginLibrary> ReadGeneralPurpose(const std::string& path) {
-    PluginLibrary library = PluginLibrary::Open(path);
-    auto entry = library.Entry<winampGeneralPurposePluginGetter>(VERDIN_GENERAL_ENTRY_POINT);
-    const winampGeneralPurposePlugin* plugin = entry ? entry() : nullptr;
-    if (!plugin) return std::nullopt;
-    return FoundPluginLibrary{path, TextOf(plugin->description), {}};
-}
-
 template <typename Reader>
 std::vector<FoundPluginLibrary> Scan(std::string_view searchPath, Reader read) {
     std::vector<FoundPluginLibrary> found;
@@ -55,10 +46,6 @@ std::vector<FoundPluginLibrary> Scan(std::string_view searchPath, Reader read) {
 
 std::vector<FoundPluginLibrary> FindVisualizationLibraries(std::string_view searchPath) {
     return Scan(searchPath, ReadVisualization);
-}
-
-std::vector<FoundPluginLibrary> FindGeneralPurposeLibraries(std::string_view searchPath) {
-    return Scan(searchPath, ReadGeneralPurpose);
 }
 
 bool ConfigureVisualizationModule(const std::string& path, int moduleIndex, void* parentWindow) {

@@ -1,6 +1,6 @@
 #pragma once
-// The visualization and general-purpose plug-in libraries on a search path, for the
-// options pages until their hosts run in the player. A scan loads each "*.so", reads the
+// The visualization plug-in libraries on a search path, for the options page until their
+// host runs in the player. A scan loads each "*.so", reads the
 // descriptions its entry point hands out and unloads it again: nothing is started (no
 // Init, no init), and nothing stays loaded.
 #include <string>
@@ -18,8 +18,6 @@ struct FoundPluginLibrary {
 // Libraries exporting "winampVisGetHeader", with their modules (at most 1024 each, so a
 // library whose getModule never says NULL cannot hang the scan).
 std::vector<FoundPluginLibrary> FindVisualizationLibraries(std::string_view searchPath);
-// Libraries exporting "winampGetGeneralPurposePlugin"; modules stays empty.
-std::vector<FoundPluginLibrary> FindGeneralPurposeLibraries(std::string_view searchPath);
 
 // "Configure" of a visualization module: a temporary load of the library, the module's
 // Config with the given parent window record, and the library released again. False
