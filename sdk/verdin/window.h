@@ -9,10 +9,16 @@
  * main window documents (WM_USER queries, WM_COMMAND identifiers, WM_COPYDATA);
  * anything it does not know answers 0.
  *
- * Threads: send messages from the thread that called the plug-in's Init, Config,
- * Render or its general-purpose init/config/quit (the player's user-interface
- * thread), unless the player documents a message as safe elsewhere. DSP modules run
- * ModifySamples on a stream thread and should not send messages from there.
+ * Threads: a message may be sent from any thread, like the window message it stands
+ * for. Sent from the player's user-interface thread (the thread that calls Init,
+ * Config, Render and a general-purpose plug-in's init, config and quit) it is answered
+ * at once; sent from any other thread it is carried out on the user-interface thread
+ * while the sender waits for the answer. While the user-interface thread is itself
+ * inside a call into a plug-in, a message from another thread is not waited for: it
+ * answers 0 at once. So a plug-in may wait for its own thread inside quit (or any
+ * other call) without a deadlock, but that thread's messages then go unanswered. DSP
+ * modules should not send messages from ModifySamples: a stream thread that waits for
+ * the user-interface thread can run out of sound.
  *
  * A plug-in must treat the record as opaque apart from calling sendMessage: it never
  * writes to it, never frees it, and never keeps it beyond its Quit (or quit).
@@ -38,6 +44,34 @@ extern "C" {
 #ifndef WM_USER
 #define WM_USER 1024 /* the player's queries: wParam the argument, lParam the query */
 #endif
+
+/*
+ * The WM_USER queries: lParam is the query, wParam its argument. Texts come back as a
+ * const char* (UTF-8) that stays valid until the next query of the same number.
+ */
+#define VERDIN_HOST_VERSION 0x0100      /* what VERDIN_IPC_GETVERSION answers */
+#define VERDIN_IPC_GETVERSION 0         /* VERDIN_HOST_VERSION */
+#define VERDIN_IPC_ISPLAYING 104        /* 1 playing, 3 paused, 0 stopped */
+#define VERDIN_IPC_GETOUTPUTTIME 105    /* wParam 0: position in ms; 1: the track's length in
+                                           seconds; 2: in milliseconds. -1 when nothing plays */
+#define VERDIN_IPC_JUMPTOTIME 106       /* wParam: milliseconds. 0 done, -1 nothing plays */
+#define VERDIN_IPC_SETPLAYLISTPOS 121   /* wParam: the row that becomes current (not played) */
+#define VERDIN_IPC_SETVOLUME 122        /* wParam: 0..255; (uintptr_t)-666 only answers it */
+#define VERDIN_IPC_GETLISTLENGTH 124    /* the rows of the playlist view */
+#define VERDIN_IPC_GETLISTPOS 125       /* the current row from 0; -1 when there is none */
+#define VERDIN_IPC_GETINFO 126          /* of the track playing, by wParam: 0 sample rate in
+                                           Hz, 1 bit rate in kbit/s, 2 channels; 0 when none */
+#define VERDIN_IPC_GETPLAYLISTFILE 211  /* wParam: row; its path or address, NULL past the end */
+#define VERDIN_IPC_GETPLAYLISTTITLE 212 /* wParam: row; its title as the view shows it */
+#define VERDIN_IPC_GET_SHUFFLE 250      /* 1 on, 0 off */
+#define VERDIN_IPC_GET_REPEAT 251       /* 1 on, 0 off */
+#define VERDIN_IPC_SET_SHUFFLE 252      /* wParam: 1 on, 0 off */
+#define VERDIN_IPC_SET_REPEAT 253       /* wParam: 1 on, 0 off */
+/* Any other query answers 0. */
+
+/* WM_COPYDATA: dwData says what the data is. */
+#define VERDIN_IPC_PLAYFILE 100 /* lpData: a path or address (cbData bytes, a NUL may end
+                                   it) appended to the main playlist; answers 1 when added */
 
 typedef struct VerdinHostWindow VerdinHostWindow;
 

@@ -70,7 +70,14 @@ RowCells Player::CellsOfRow(int row) const {
 }
 
 void Player::ClearReplacedByShell() { core_.replacedByShell_ = false; }
+std::vector<std::string> Player::GeneralPlugins() const { return core_.general_.Descriptions(); }
+bool Player::ConfigureGeneralPlugin(size_t index) { return core_.general_.Configure(index); }
+
 void Player::PlayRow(int row) { core_.playback_.PlayRow(row); }
+
+void Player::SetCurrentRow(int row) {
+    if (row >= 0 && row < List().RowCount()) core_.list_.SetCurrent(row);
+}
 void Player::SeekTo(uint32_t milliseconds) { core_.playback_.SeekTo(milliseconds); }
 void Player::SeekBy(int milliseconds) { core_.playback_.SeekBy(milliseconds); }
 

@@ -50,6 +50,7 @@ public:
     const SettingsEnvironment& Environment() const;
     const InputModuleList& Modules() const;
     const DspLibraryList* DspLibraries() const;  // null before the plug-ins are loaded
+    std::vector<std::string> GeneralPlugins() const;  // the descriptions of those running
     const Playlist& List() const;
     const SampleSpace& Samples() const;
     int CurrentRow() const;
@@ -76,6 +77,8 @@ public:
     // Every menu or key command, scroll and drop ends the "/PLAY" replacement rule.
     void ClearReplacedByShell();
     void PlayRow(int row);
+    // Makes a row current without playing it; a row that names no entry is ignored.
+    void SetCurrentRow(int row);
     void SeekTo(uint32_t milliseconds);
     void SeekBy(int milliseconds);
     void ChangeVolume(int delta);
@@ -106,6 +109,8 @@ public:
     // The nested playlist at row (the main one for -1) into a file of a PlaylistFormat;
     // says "Unable to save playlist" when it cannot.
     bool SavePlaylist(int row, const std::string& fileName, int format);
+    // The config of a running general-purpose plug-in, by its place in GeneralPlugins().
+    bool ConfigureGeneralPlugin(size_t index);
     // Reads the information of the track at row again (a random entry's picked track).
     bool RereadTrack(int row);
     // Adding without reading information (the window reads it on worker threads).

@@ -45,6 +45,7 @@ void PlayerCore::Announce(unsigned changes) {
 void PlayerCore::LoadPlugins(void* mainWindow) {
     mainWindow_ = mainWindow;
     LoadDspModules();
+    general_.LoadAll(settings_.generalPurposePluginsSearchPath, mainWindow);
     modules_.LoadInputModules(settings_.inputPluginsSearchPath, mainWindow);
 }
 
@@ -82,6 +83,7 @@ bool PlayerCore::TearDown() {
     settings_.savedCurrentIndex = list_.CurrentRow();
     if (!SaveUserSettings(settings_, environment_)) saved = false;
     if (dsp_) dsp_->ClearActiveList();
+    general_.QuitAll();
     return saved;
 }
 

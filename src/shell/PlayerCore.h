@@ -1,8 +1,8 @@
 #pragma once
 // The player without windows: it owns the two owners of the player's state, the main
 // list (the tree, its play order and current row, the sample space) and playback (the
-// streams, the equalizer, volume, the progress tick), with the input modules and the DSP
-// host they use, and runs start-up and teardown. The windowed and the headless player
+// streams, the equalizer, volume, the progress tick), with the input modules, the DSP
+// host they use and the general-purpose plug-ins, and runs start-up and teardown. The windowed and the headless player
 // both run exactly this; only PlayerHost differs.
 //
 // Faces never see this class: they get its facade, Player.
@@ -10,6 +10,7 @@
 // User-interface thread only.
 #include "engine/input/InputModuleList.h"
 #include "playlist/mainlist/MainList.h"
+#include "plugins/general/GeneralPluginHost.h"
 #include "settings/Settings.h"
 #include "shell/Player.h"
 #include "shell/PlayerHost.h"
@@ -39,8 +40,8 @@ public:
     void LoadPlugins(void* mainWindow);
     void StartUp(std::string_view commandText);
     bool StartupDone() const { return startupDone_; }
-    // Teardown: stop playing, save the main playlist to "default.vdp" and the settings.
-    // Returns false when something could not be saved (the reason went to the host).
+    // Teardown: stop playing, save the main playlist to "default.vdp" and the settings,
+    // then the general-purpose plug-ins' quit. Returns false when something could not be saved (the reason went to the host).
     bool TearDown();
     // The 100 ms progress tick.
     void ProgressTick() { playback_.ProgressTick(); }
@@ -60,6 +61,7 @@ private:
     std::unique_ptr<DspLibraryList> dspLibraries_;
     std::unique_ptr<DspHost> dsp_;
     std::string dspSearchPath_;  // the path dspLibraries_ was enumerated on
+    GeneralPluginHost general_;
     void* mainWindow_ = nullptr;
     MainList list_;
     Playback playback_;

@@ -1,7 +1,9 @@
 // The player as its faces use it, without windows or sound: the transport commands,
-// commands that need a window, quitting, and the sample space rebuilt under a random entry.
+// commands that need a window, quitting, the sample space rebuilt under a random entry,
+// and the host window that plug-ins talk to, with the general-purpose plug-ins.
 // (The command text is run by the system tests and the window tests.)
 #include "shell/PlayerCore.h"
+#include "shell/app/HostWindow.h"
 
 #include "playlist/RandomEntry.h"
 #include "settings/store/SettingsStore.h"
@@ -11,7 +13,10 @@
 #include "Process.h"
 #include "TempDir.h"
 
+#include <QCoreApplication>
 #include <QSettings>
+#include <chrono>
+#include <dlfcn.h>
 #include <filesystem>
 #include <gtest/gtest.h>
 
@@ -42,8 +47,14 @@ protected:
         settings_.decodeDirectory = dir_.str();
         settings_.inputPluginsSearchPath = std::string(VERDIN_TEST_PLUGIN_DIR) + ";";
         settings_.dspPluginsSearchPath = "";
-        core_.LoadPlugins(nullptr);
+        settings_.generalPurposePluginsSearchPath = "";
+    }
+    void SetUp() override {
+        core_.LoadPlugins(window_.Record());
         core_.StartUp("");
+    }
+    intptr_t Query(intptr_t query, uintptr_t argument = 0) {
+        return VerdinSendMessage(window_.Record(), WM_USER, argument, query);
     }
     std::string Tone(const std::string& name) {
         std::filesystem::create_directories(std::filesystem::path(dir_.file(name)).parent_path());
@@ -57,6 +68,7 @@ protected:
     RecordingHost host_;
     PlayerCore core_{settings_, environment_, host_};
     Player& player_ = core_.Face();
+    HostWindow window_{player_, [this](uint32_t id) { return player_.Execute(id); }};
 };
 
 TEST_F(PlayerTest, TransportCommandsMoveThroughTheListAndATrackThatCannotStartSaysWhy) {
@@ -117,6 +129,72 @@ TEST_F(PlayerTest, ALengthLearnedByDecodingToTheEndReplacesTheHeadersOne) {
     player_.PlayRow(0);
     while (player_.Playing()) core_.ProgressTick();
     EXPECT_EQ(player_.Caption(), "0:00");
+}
+
+// What plug-ins are answered while the second of two tracks is current and paused, and
+// once a stop sent as a plug-in sends it has ended it.
+TEST_F(PlayerTest, TheHostWindowAnswersPluginsQueries) {
+    const std::string a = Tone("a.wav"), b = Tone("b.wav");
+    player_.AddPaths({a, b}, -1);
+    player_.PlayRow(1);
+    player_.Execute(107);  // pause
+    const intptr_t kRead = -666;
+    const std::pair<intptr_t, uintptr_t> queries[] = {  // query, argument
+        {VERDIN_IPC_GETVERSION, 0}, {VERDIN_IPC_ISPLAYING, 0}, {VERDIN_IPC_GETOUTPUTTIME, 2},
+        {VERDIN_IPC_GETOUTPUTTIME, 1}, {VERDIN_IPC_GETLISTLENGTH, 0}, {VERDIN_IPC_GETLISTPOS, 0},
+        {VERDIN_IPC_GETINFO, 0}, {VERDIN_IPC_GETINFO, 2}, {VERDIN_IPC_SETVOLUME, 51},
+        {VERDIN_IPC_SETVOLUME, uintptr_t(kRead)}, {VERDIN_IPC_SET_SHUFFLE, 1}, {VERDIN_IPC_GET_SHUFFLE, 0},
+        {VERDIN_IPC_GET_REPEAT, 0}, {VERDIN_IPC_SETPLAYLISTPOS, 0}, {VERDIN_IPC_GETLISTPOS, 0},
+        {VERDIN_IPC_JUMPTOTIME, 50}, {9999, 0},
+    };
+    std::vector<intptr_t> answers;
+    for (const auto& [query, argument] : queries) answers.push_back(Query(query, argument));
+    EXPECT_EQ(answers, (std::vector<intptr_t>{VERDIN_HOST_VERSION, 3, 100, 0, 2, 1, 8000, 1, 51, 51, 0, 1, 0, 0, 0, 0, 0}));
+    EXPECT_EQ(reinterpret_cast<const char*>(Query(VERDIN_IPC_GETPLAYLISTFILE, 1)), b);
+    EXPECT_STREQ(reinterpret_cast<const char*>(Query(VERDIN_IPC_GETPLAYLISTTITLE, 0)), "a");
+    EXPECT_EQ(Query(VERDIN_IPC_GETPLAYLISTFILE, 2), 0);
+    const std::string added = Tone("c.wav");
+    COPYDATASTRUCT copy{VERDIN_IPC_PLAYFILE, static_cast<uint32_t>(added.size()), const_cast<char*>(added.data())};
+    EXPECT_EQ(VerdinSendMessage(window_.Record(), WM_COPYDATA, 0, reinterpret_cast<intptr_t>(&copy)), 1);
+    EXPECT_EQ(Query(VERDIN_IPC_GETLISTLENGTH), 3);
+    EXPECT_EQ(VerdinSendMessage(window_.Record(), WM_COMMAND, 40047, 0), 1);  // stop
+    EXPECT_EQ(Query(VERDIN_IPC_ISPLAYING), 0);
+    EXPECT_EQ(Query(VERDIN_IPC_GETOUTPUTTIME), -1);
+}
+
+class GeneralPluginTest : public PlayerTest {
+protected:
+    void SetUp() override {
+        settings_.generalPurposePluginsSearchPath = VERDIN_GENERAL_TEST_MODULES;
+        PlayerTest::SetUp();
+    }
+    std::array<int, 4> Calls() {  // inits, configs, quits, answered messages
+        std::array<int, 4> calls{};
+        void* keeps = dlopen(VERDIN_GENERAL_TEST_MODULES "/general_keeps.so", RTLD_NOW | RTLD_NOLOAD);
+        reinterpret_cast<void (*)(int*)>(dlsym(keeps, "TestGeneral_Calls"))(calls.data());
+        dlclose(keeps);
+        return calls;
+    }
+};
+
+// A plug-in whose init refuses is unloaded at once; the one kept asks from a thread of its
+// own, which is answered on this thread as it runs events, until the player's teardown
+// quits it. Its quit waits for that thread, which sits waiting for an answer: the two
+// must not deadlock.
+TEST_F(GeneralPluginTest, StartWithThePlayerAnswerFromAnyThreadAndQuitAtTeardown) {
+    static int argc = 0;
+    static QCoreApplication events(argc, nullptr);
+    EXPECT_EQ(player_.GeneralPlugins(), std::vector<std::string>{"Keeps"});
+    EXPECT_EQ(dlopen(VERDIN_GENERAL_TEST_MODULES "/general_refuses.so", RTLD_NOW | RTLD_NOLOAD), nullptr);
+    const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(10);
+    while (Calls()[3] < 3 && std::chrono::steady_clock::now() < deadline)
+        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents, 100);
+    EXPECT_GE(Calls()[3], 3);
+    EXPECT_TRUE(player_.ConfigureGeneralPlugin(0));
+    EXPECT_FALSE(player_.ConfigureGeneralPlugin(1));
+    core_.TearDown();
+    EXPECT_EQ(Calls(), (std::array<int, 4>{1, 1, 1, Calls()[3]}));
+    EXPECT_TRUE(player_.GeneralPlugins().empty());
 }
 
 TEST_F(PlayerTest, RebuildingTheSampleSpaceWhileARandomEntryIsCurrentLeavesNoStalePick) {

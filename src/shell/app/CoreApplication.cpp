@@ -43,6 +43,8 @@ CoreApplication::CoreApplication(RunOptions options, QObject* parent)
     const SettingsEnvironment environment = CurrentSettingsEnvironment();
     LoadUserSettings(settings_, environment);
     core_ = std::make_unique<PlayerCore>(settings_, environment, *this);
+    // Virtual: the window library runs the window commands itself.
+    hostWindow_ = std::make_unique<HostWindow>(core_->Face(), [this](uint32_t id) { return DispatchCommand(id); });
     core_->Face().Listen([this](unsigned) { ShowProgressLine(); });
     ApplyProcessPriorityClass(settings_.processPriorityClass);
 
@@ -59,20 +61,19 @@ CoreApplication::~CoreApplication() { TearDownOnce(); }
 
 bool CoreApplication::Register() { return RegisterDBusInterfaces(*this) != Registration::kNameTaken; }
 
-void CoreApplication::ScheduleStartUp(void* mainWindow) {
+void CoreApplication::ScheduleStartUp() {
     startUpScheduled_ = true;
-    startUpWindow_ = mainWindow;
     QTimer::singleShot(0, this, [this] { EnsureStarted(); });
 }
 
 void CoreApplication::EnsureStarted() {
     if (!startUpScheduled_) return;
     startUpScheduled_ = false;
-    StartUp(startUpWindow_);
+    StartUp();
 }
 
-void CoreApplication::StartUp(void* mainWindow) {
-    core_->LoadPlugins(mainWindow);
+void CoreApplication::StartUp() {
+    core_->LoadPlugins(hostWindow_->Record());
     core_->StartUp(options_.commandText);
     if (options_.quitAfterPlay && !core_->Face().Playing() && !options_.commandText.empty()) {
         // The command line asked for something to play and nothing plays (nothing to

@@ -6,6 +6,7 @@
 #include "settings/Settings.h"
 #include "shell/PlayerCore.h"
 #include "shell/PlayerHost.h"
+#include "shell/app/HostWindow.h"
 
 #include <QObject>
 #include <QTimer>
@@ -37,10 +38,10 @@ public:
     // bus the player runs without a server, silently.
     bool Register();
     // The deferred start-up: plug-ins, the default playlist or the command text.
-    void StartUp(void* mainWindow);
+    void StartUp();
     // Runs the start-up from the event loop's first turn, so the player answers on the bus
     // (and its window shows "Retrieving track information...") while it loads.
-    void ScheduleStartUp(void* mainWindow);
+    void ScheduleStartUp();
     // Completes a scheduled start-up now: whatever needs the player started calls this.
     void EnsureStarted();
     // Runs the event loop until the player's own quit; returns the process exit code.
@@ -48,6 +49,8 @@ public:
 
     // The player's facade, for the faces.
     Player& GetPlayer() { return core_->Face(); }
+    // The record hosted plug-ins get as their parent window.
+    VerdinHostWindow* HostWindowRecord() { return hostWindow_->Record(); }
     const RunOptions& Options() const { return options_; }
     bool StartupDone() const { return core_ && core_->StartupDone(); }
 
@@ -84,11 +87,11 @@ private:
     RunOptions options_;
     Settings settings_;
     std::unique_ptr<PlayerCore> core_;
+    std::unique_ptr<HostWindow> hostWindow_;  // what plug-ins get as their window
     QTimer progressTimer_;
     QTimer displayTimer_;
     bool tornDown_ = false;
     bool startUpScheduled_ = false;
-    void* startUpWindow_ = nullptr;
     bool playedSomething_ = false;
     bool errorReported_ = false;  // an error message was shown (headless: printed)
     bool terminal_ = false;

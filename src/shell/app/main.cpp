@@ -29,7 +29,7 @@ int RunHeadless(int argc, char** argv, verdin::RunOptions options) {
         // Another instance came up meanwhile: it takes the command text.
         return verdin::HandOverCommandText(options.commandText) ? 0 : 1;
     }
-    player.ScheduleStartUp(nullptr);
+    player.ScheduleStartUp();
     return player.Run();
 }
 

@@ -7,16 +7,13 @@
 
 namespace verdin {
 
-WindowApplication::WindowApplication(RunOptions options) : CoreApplication(std::move(options)) {
-    hostWindow_.sendMessage = &WindowApplication::SendMessage;
-    hostWindow_.host = this;
-}
+WindowApplication::WindowApplication(RunOptions options) : CoreApplication(std::move(options)) {}
 
 WindowApplication::~WindowApplication() { TearDownOnce(); }
 
 void WindowApplication::StartWithWindows() {
     window_ = std::make_unique<MainWindow>(*this);
-    StartUp(&hostWindow_);
+    StartUp();
     window_->RefreshDisplays(~0u);
     window_->show();
 }
@@ -46,12 +43,6 @@ void WindowApplication::DisplayTick() {
 
 void WindowApplication::StoreWindowState() {
     if (window_) window_->StoreLayout();
-}
-
-intptr_t WindowApplication::SendMessage(VerdinHostWindow* window, uint32_t msg, uintptr_t wParam, intptr_t) {
-    auto* self = static_cast<WindowApplication*>(window->host);
-    if (msg == WM_COMMAND) return self->DispatchCommand(static_cast<uint32_t>(wParam & 0xFFFF)) ? 1 : 0;
-    return 0;
 }
 
 }  // namespace verdin

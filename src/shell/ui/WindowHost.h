@@ -24,8 +24,6 @@ public:
     MainWindow* Window() const { return window_.get(); }
     // The window that owns dialogs and message boxes.
     QWidget* DialogOwner() const;
-    // The record hosted plug-ins get as their parent window.
-    VerdinHostWindow* HostWindow() { return &hostWindow_; }
 
     // PlayerHost with windows.
     void ShowMessage(std::string_view text, MessageIcon icon) override;
@@ -39,10 +37,7 @@ protected:
     void StoreWindowState() override;
 
 private:
-    static intptr_t SendMessage(VerdinHostWindow* window, uint32_t msg, uintptr_t wParam, intptr_t lParam);
-
     std::unique_ptr<MainWindow> window_;
-    VerdinHostWindow hostWindow_{};
 };
 
 }  // namespace verdin

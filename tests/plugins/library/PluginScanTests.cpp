@@ -1,7 +1,5 @@
-// The visualization and general-purpose libraries on a search path: which are found, in
-// which order, with which descriptions; nothing stays loaded; "Configure" of a module. The
-// options pages listing and configuring them are tests/shell's (OptionsDialogTests::
-// theInputVisualizationAndGeneralPurposePages), with a general-purpose plug-in.
+// The visualization libraries on a search path: which are found, in which order, with
+// which descriptions; nothing stays loaded; "Configure" of a module.
 #include "plugins/library/PluginScan.h"
 
 #include "TempDir.h"
@@ -32,8 +30,7 @@ void* LoadedHandle(const std::string& path) {
 }
 
 // Copies of the test plug-ins in a private directory, so the build's own holds nothing
-// else; the DSP test plug-ins come first on the path, and are passed over like the
-// visualization libraries when general-purpose ones are sought.
+// else; the DSP test plug-ins come first on the path, and are passed over.
 TEST(PluginScan, FindsEachKindAlongTheSearchPathAndLeavesNothingLoaded) {
     test::TempDir dir;
     for (const char* name : {"scan_endless.so", "scan_vis.so"}) std::filesystem::copy_file(kScanDir + "/" + name, dir.file(name));
@@ -43,7 +40,6 @@ TEST(PluginScan, FindsEachKindAlongTheSearchPathAndLeavesNothingLoaded) {
         {dir.file("scan_vis.so"), "Scan Vis", {"bars", "scope"}},
     };
     EXPECT_EQ(FindVisualizationLibraries(path), expected);
-    EXPECT_TRUE(FindGeneralPurposeLibraries(path).empty());
     for (const auto& library : expected) EXPECT_EQ(LoadedHandle(library.path), nullptr) << library.path;
 }
 

@@ -23,7 +23,7 @@ namespace {
 struct PlayerUnderTest {
     PlayerUnderTest() {
         app = std::make_unique<CoreApplication>(RunOptions{});
-        app->StartUp(nullptr);
+        app->StartUp();
         Face().SetDeferredRetrieval(true);
         track = home.Tone("t.wav", 0.1);
     }

@@ -10,6 +10,7 @@
 #include <QGroupBox>
 #include <QLineEdit>
 #include <QListWidget>
+#include <QPushButton>
 #include <QVBoxLayout>
 
 namespace verdin {
@@ -135,6 +136,12 @@ GeneralPurposePage::GeneralPurposePage(Player& player, QWidget* parent)
     available_ = new QListWidget(availableBox);
     available_->setObjectName(QStringLiteral("available"));
     availableLayout->addWidget(available_);
+    auto* configure = new QPushButton(QStringLiteral("Configure"), availableBox);
+    configure->setObjectName(QStringLiteral("configure"));
+    connect(configure, &QPushButton::clicked, this, [this] {
+        if (available_->currentRow() >= 0) player_.ConfigureGeneralPlugin(static_cast<size_t>(available_->currentRow()));
+    });
+    availableLayout->addWidget(configure, 0, Qt::AlignRight);
     layout->addWidget(availableBox, 1);
     auto* searchBox = new QGroupBox(QStringLiteral("Search path for plug-ins"), this);
     auto* searchLayout = new QVBoxLayout(searchBox);
@@ -149,10 +156,9 @@ GeneralPurposePage::GeneralPurposePage(Player& player, QWidget* parent)
 void GeneralPurposePage::Load() {
     const Settings& s = CurrentSettings();
     searchPath_->SetText(Text(s.generalPurposePluginsSearchPath));
-    // What the stored path holds: a changed path is only searched at the next start.
+    // The plug-ins running: a changed path is only searched at the next start.
     available_->clear();
-    for (const FoundPluginLibrary& library : FindGeneralPurposeLibraries(s.generalPurposePluginsSearchPath))
-        available_->addItem(Text(library.description));
+    for (const std::string& description : player_.GeneralPlugins()) available_->addItem(Text(description));
 }
 
 void GeneralPurposePage::Apply(Settings& s) { s.generalPurposePluginsSearchPath = searchPath_->Text().toStdString(); }

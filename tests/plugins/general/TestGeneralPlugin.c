@@ -1,0 +1,55 @@
+/*
+ * General-purpose plug-ins for the host's tests, one kind per build:
+ *   TEST_GENERAL_KEEPS    "Keeps": init answers 0 and starts a thread that asks the host
+ *                         window whether it plays, again and again, until quit, which
+ *                         waits for that thread to end.
+ *   TEST_GENERAL_REFUSES  "Refuses": init answers 1.
+ * Each counts its calls, and the host window's answers its thread got.
+ */
+#include <verdin/gen.h>
+#include <verdin/window.h>
+
+#include <pthread.h>
+
+static winampGeneralPurposePlugin plugin;
+static int inits, configs, quits, answers;
+static int stop;
+static pthread_t asker;
+
+VERDIN_PLUGIN_EXPORT void TestGeneral_Calls(int* counts) {
+    counts[0] = inits, counts[1] = configs, counts[2] = quits;
+    counts[3] = __atomic_load_n(&answers, __ATOMIC_ACQUIRE);
+}
+
+#if defined(TEST_GENERAL_KEEPS)
+static void* Ask(void* unused) {
+    (void)unused;
+    while (!__atomic_load_n(&stop, __ATOMIC_ACQUIRE))
+        if (VerdinSendMessage(plugin.hwndParent, WM_USER, 0, VERDIN_IPC_GETVERSION) == VERDIN_HOST_VERSION)
+            __atomic_add_fetch(&answers, 1, __ATOMIC_RELEASE);
+    return NULL;
+}
+#endif
+
+static int Init(void) {
+    ++inits;
+#if defined(TEST_GENERAL_KEEPS)
+    pthread_create(&asker, NULL, Ask, NULL);
+    return 0;
+#else
+    return 1;
+#endif
+}
+static void Config(void) { ++configs; }
+static void Quit(void) {
+    ++quits;
+    __atomic_store_n(&stop, 1, __ATOMIC_RELEASE);
+    pthread_join(asker, NULL);
+}
+
+#if defined(TEST_GENERAL_KEEPS)
+static winampGeneralPurposePlugin plugin = {GPPHDR_VER, "Keeps", Init, Config, Quit, NULL, NULL};
+#else
+static winampGeneralPurposePlugin plugin = {GPPHDR_VER, "Refuses", Init, Config, Quit, NULL, NULL};
+#endif
+VERDIN_PLUGIN_EXPORT winampGeneralPurposePlugin* winampGetGeneralPurposePlugin(void) { return &plugin; }
