@@ -54,13 +54,10 @@ void* LoadedHandle(const std::string& path) {
 class TestWindow {
 public:
     VerdinHostWindow* record() { return &record_; }
-    std::vector<std::string> Events() const {
+    std::vector<std::string> Events(std::string_view containing = {}) const {
         std::lock_guard lock(mutex_);
-        return events_;
-    }
-    std::vector<std::string> EventsContaining(std::string_view text) const {
-        std::vector<std::string> out = Events();
-        std::erase_if(out, [&](const std::string& event) { return event.find(text) == std::string::npos; });
+        std::vector<std::string> out = events_;
+        std::erase_if(out, [&](const std::string& event) { return event.find(containing) == std::string::npos; });
         return out;
     }
     void ClearEvents() {
@@ -253,8 +250,8 @@ TEST_F(DspHostTest, ModulesRunInListOrderAndEachResultCarriesOn) {
     Activate({Kit(kGate)});  // an empty block reaches no module
     std::vector<int16_t> block;
     EXPECT_EQ(Process(block, 0), 0u);
-    EXPECT_THAT(window.EventsContaining("gate gate"), IsEmpty());
-    EXPECT_THAT(window.EventsContaining("violation"), IsEmpty());
+    EXPECT_THAT(window.Events("gate gate"), IsEmpty());
+    EXPECT_THAT(window.Events("violation"), IsEmpty());
 }
 
 // The host between threads: the busy mark lets a second stream's block pass while another
@@ -313,12 +310,12 @@ TEST_F(DspHostTest, SwappingTheActiveListUnderARunningStream) {
     stop.store(true, std::memory_order_release);
     stream.join();
     EXPECT_EQ(badBlocks.load(), 0);
-    EXPECT_THAT(window.EventsContaining("violation"), IsEmpty());
+    EXPECT_THAT(window.Events("violation"), IsEmpty());
     // Every Init has had its Quit, except for the list still active.
     host.ClearActiveList();
     for (const std::string module : {"Kit/append 1", "Other/append 4", "Other/append 5"}) {
-        const size_t inits = window.EventsContaining(module + " Init").size();
-        EXPECT_EQ(inits, window.EventsContaining(module + " Quit").size()) << module;
+        const size_t inits = window.Events(module + " Init").size();
+        EXPECT_EQ(inits, window.Events(module + " Quit").size()) << module;
         EXPECT_GT(inits, 0u) << module;
     }
 }
