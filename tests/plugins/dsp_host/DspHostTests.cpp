@@ -176,7 +176,6 @@ TEST_F(DspHostTest, ActivationLoadsTheLibraryForTheInstanceAndQuitOnlyFollowsIni
     EXPECT_TRUE(ConfigureDspModuleByPath(list, kit, kGate));
     EXPECT_FALSE(ConfigureDspModuleByPath(list, kit, 9));
     EXPECT_THAT(window.Events(), ElementsAre("Other/append 5 Config", "Kit/gate Config"));
-    EXPECT_EQ(LoadedHandle(other), nullptr);
     // A library gone since enumeration gives none; the list itself is not refreshed.
     std::filesystem::remove(other);
     EXPECT_EQ(list.ActivateByPath(other, 0), nullptr);
@@ -201,7 +200,6 @@ TEST_F(DspHostTest, TheActiveListInitialisesBeforeItQuitsAndQuitsEachModuleOnce)
         kit + ",1;" + kit + ",99;" + dir.file("gone.so") + ",0;" + kit + ",-1;" + kit + "/,0;" + other + ",0;" + other;
     Activate(ParseDspPlugins(text + ";"));
     EXPECT_THAT(Modules(host), ElementsAre("append 2", "-", "-", "-", "-", "append 4", "append 4"));
-    EXPECT_NE(host.ActiveList()[5].instance, host.ActiveList()[6].instance);
     EXPECT_THAT(window.Events(), ElementsAre("Kit/append 2 Init", "Other/append 4 Init", "Other/append 4 Init"));
     EXPECT_EQ(host.DspPluginsText(), text + ",0;");
     const DspModuleInstance* kept = host.ActiveList()[0].instance.get();
