@@ -1,9 +1,7 @@
 // The bundled DSP modules through the host: on test signals in stream-sized blocks, and on
-// the real stream path, a WAV file decoded through the engine's stream with the host as its
-// DSP hook and written by the WAV file device, while the options page's Apply switches the
-// active module (the stream goes on, every block is processed by the old list or by the
-// new one, the switch happening once). There the voice remover and the stereo widener are
-// checked frame for frame at 16 and 8 bits.
+// a WAV file the engine's stream decodes into the WAV file device with the host as its DSP
+// hook, the active module switched as it plays (every block processed by the old module or
+// the new one, the switch happening once), the results checked frame for frame at 16 and 8 bits.
 #include "engine/input/InputModuleList.h"
 #include "engine/stream/Stream.h"
 #include "plugins/dsp/DspHost.h"
@@ -133,8 +131,6 @@ TEST_F(BundledDspTest, ChangingTheActiveListWhileATrackPlays) {
         Activate("Voice remover (centre cancel)");
         {
             StreamOptions options;
-            options.pauseBetweenTracks = 0;
-            options.crossfadeLength = 0;
             options.dsp = {host.HookContext(), &DspHost::Process};
             OutputTarget target;
             target.kind = OutputTarget::kWavFile;
