@@ -247,6 +247,38 @@ TEST_F(BundledInput, SeekLandsOnTheFrameItReportsAlsoBehindWhatLiesInFrontOfTheA
     }
 }
 
+TEST_F(BundledInput, FilesAsFoundDecodeWholeAndReportTheirLength) {
+    // A variable-rate MP3 without a Xing header (silence, then noise); an MP3 cut to
+    // 8 KB whose Info header still counts the whole. Each decodes to the reference PCM,
+    // and its duration agrees.
+    Bytes noisy(4 * 22050, 0);
+    std::mt19937 random(3);
+    for (int i = 0; i < 4 * 88200; ++i) noisy.push_back(static_cast<uint8_t>(random()));
+    WriteWav(Path("noisy.wav"), 2, 44100, 16, noisy);
+    RunOrThrow({"lame", "--quiet", "-V", "5", "-t", Path("noisy.wav"), Path("no_xing.mp3")});
+    const Bytes cbr = ReadBytes(Cbr().path);
+    WriteBytes(Path("cut.mp3"), {cbr.begin(), cbr.begin() + 8192});
+    const std::tuple<const Plugin*, std::string, const Bytes*, std::string, int, int32_t, int64_t> rows[] = {
+        // plugin, file, reference PCM (null: mpg123 -w with the option), option, channels, bitrate (0: a negative average), slack
+        {&mpeg_, "no_xing.mp3", nullptr, "-q", 2, 0, 0}, {&mpeg_, "cut.mp3", nullptr, "-q", 2, 128000, 0},
+    };
+    for (const auto& [plugin, name, reference, option, channels, bitrate, slack] : rows) {
+        SCOPED_TRACE(name);
+        const std::string path = Path(name);
+        if (!reference) RunOrThrow({"mpg123", "-q", option, "-w", path + ".wav", path});
+        const Bytes expected = reference ? *reference : WavData(path + ".wav"), pcm = Decoder(*plugin, path).ToEnd(2 * channels);
+        const int64_t frames = int64_t(expected.size()) / (2 * channels), frameMs = 1152 * 1000 / 44100 + 1;
+        const auto info = plugin->Info(path);
+        ASSERT_TRUE(info);
+        EXPECT_EQ(info->channels, channels);
+        EXPECT_LE(std::llabs(int64_t(info->duration) - frames * 1000 / 44100), frameMs) << info->duration;
+        if (slack == 0) { EXPECT_TRUE(pcm == expected) << pcm.size() << " bytes, not " << expected.size(); }
+        else { EXPECT_LE(std::llabs(int64_t(pcm.size()) / (2 * channels) - frames), slack * 1152) << pcm.size(); }
+        if (bitrate) { EXPECT_EQ(info->bitrate, bitrate); }
+        else { EXPECT_NEAR(-info->bitrate, std::filesystem::file_size(path) * 8000.0 / info->duration, -info->bitrate * 0.02); }
+    }
+}
+
 TEST_F(BundledInput, TypesAndFilesThatCannotBeRead) {
     // IsOurFile (asked twice: an answer must not depend on the one before); GetFileTypes;
     // the description names the library under it.
