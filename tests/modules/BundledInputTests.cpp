@@ -249,7 +249,8 @@ TEST_F(BundledInput, SeekLandsOnTheFrameItReportsAlsoBehindWhatLiesInFrontOfTheA
 
 TEST_F(BundledInput, FilesAsFoundDecodeWholeAndReportTheirLength) {
     // A variable-rate MP3 without a Xing header (silence, then noise); an MP3 cut to
-    // 8 KB whose Info header still counts the whole; MP3s joined mono-stereo-mono
+    // 8 KB whose Info header still counts the whole; a FLAC whose STREAMINFO has no total
+    // sample count, as an encoder writing to a pipe leaves it; MP3s joined mono-stereo-mono
     // and stereo-mono-stereo (the track keeps its first format, as mpg123 -m / --stereo
     // makes it); an MP3 hit by random bytes mid-way, and one with a zeroed stretch longer
     // than libmpg123's default resync window. Each decodes to the reference PCM (or, when
@@ -261,17 +262,18 @@ TEST_F(BundledInput, FilesAsFoundDecodeWholeAndReportTheirLength) {
     RunOrThrow({"lame", "--quiet", "-V", "5", "-t", Path("noisy.wav"), Path("no_xing.mp3")});
     RunOrThrow({"lame", "--quiet", "-t", "-m", "m", "-b", "64", Path("stereo.wav"), Path("downmix.mp3")});
     const Bytes cbr = ReadBytes(Cbr().path), stereo = ReadBytes(tracks_->at(4).path), mono = ReadBytes(Path("downmix.mp3"));
-    Bytes hit = cbr, zeroed = cbr;
+    Bytes hit = cbr, zeroed = cbr, flac = ReadBytes(tracks_->at(1).path);
     std::mt19937 damage(38);  // among its first 300 bytes, what passes for frame headers of other formats
     for (size_t i = 0; i < 300; ++i) hit[hit.size() / 2 + i] = static_cast<uint8_t>(damage());
     std::fill_n(zeroed.begin() + long(zeroed.size() / 2), 1500, 0);
-    WriteBytes(Path("cut.mp3"), {cbr.begin(), cbr.begin() + 8192});
+    flac[21] &= 0xF0, std::fill_n(flac.begin() + 22, 4, 0);  // the low 36 bits of STREAMINFO's bytes 10-17
+    WriteBytes(Path("cut.mp3"), {cbr.begin(), cbr.begin() + 8192}), WriteBytes(Path("no_total.flac"), flac);
     WriteBytes(Path("mono_stereo_mono.mp3"), Concat(Concat(mono, stereo), mono)), WriteBytes(Path("stereo_mono_stereo.mp3"), Concat(Concat(stereo, mono), stereo));
     WriteBytes(Path("hit.mp3"), hit), WriteBytes(Path("zeroed.mp3"), zeroed);
     const std::tuple<const Plugin*, std::string, const Bytes*, std::string, int, int32_t, int64_t> rows[] = {
         // plugin, file, reference PCM (null: mpg123 -w with the option), option, channels, bitrate (0: a negative average), slack
         {&mpeg_, "no_xing.mp3", nullptr, "-q", 2, 0, 0}, {&mpeg_, "cut.mp3", nullptr, "-q", 2, 128000, 0},
-        {&mpeg_, "mono_stereo_mono.mp3", nullptr, "-m", 1, 0, 0},
+        {&sndfile_, "no_total.flac", &Wav().reference, "", 2, 0, 0}, {&mpeg_, "mono_stereo_mono.mp3", nullptr, "-m", 1, 0, 0},
         {&mpeg_, "stereo_mono_stereo.mp3", nullptr, "--stereo", 2, 0, 0}, {&mpeg_, "hit.mp3", &Cbr().reference, "", 2, 128000, 6},
         {&mpeg_, "zeroed.mp3", &Cbr().reference, "", 2, 128000, 6},
     };
