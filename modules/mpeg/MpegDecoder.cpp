@@ -24,7 +24,22 @@ MpegDecoder* MpegDecoder::Open(const char* path, uint32_t dataOffset) {
         delete decoder;
         return nullptr;
     }
-    decoder->frameBytes_ = 2 * static_cast<size_t>(decoder->file_.channels());
+    // From here on the output keeps the format the first frame announced, as with
+    // mpg123_open_fixed: libmpg123 mixes later stereo frames down to mono or doubles mono
+    // ones, and resamples frames at another rate (streams joined one after another, or
+    // damage that happens to look like a frame header). And damage of any length is
+    // searched past to the next good frame, so the track ends where the data ends, not at
+    // the first stretch of junk longer than libmpg123's default resync window.
+    mpg123_handle* opened = decoder->handle_.get();
+    const int channels = decoder->file_.channels();
+    if (mpg123_format_none(opened) != MPG123_OK ||
+        mpg123_format(opened, decoder->file_.sampleRate(), channels == 1 ? MPG123_MONO : MPG123_STEREO,
+                      MPG123_ENC_SIGNED_16) != MPG123_OK ||
+        mpg123_param(opened, MPG123_RESYNC_LIMIT, -1, 0.0) != MPG123_OK) {
+        delete decoder;
+        return nullptr;
+    }
+    decoder->frameBytes_ = 2 * static_cast<size_t>(channels);
     decoder->file_.EnableReadAhead(64 * 1024);
     return decoder;
 }
@@ -37,8 +52,8 @@ uint32_t MpegDecoder::Decode(const void** block) {
         size_t bytes = 0;
         const int result = mpg123_decode_frame(handle_.get(), &frameNumber, &audio, &bytes);
         if (result == MPG123_NEW_FORMAT) {
-            // The stream changed its rate or channels midway: its PCM would no longer be
-            // what the track's information announced, so the track ends here.
+            // The output format is pinned (see Open), so this can only announce the same
+            // one again; PCM in any other would not be what the track announced.
             long rate = 0;
             int channels = 0, encoding = 0;
             mpg123_getformat(handle_.get(), &rate, &channels, &encoding);

@@ -39,19 +39,29 @@ public:
     uint64_t fileSize() const { return file_ ? file_->size() : 0; }
     uint32_t dataOffset() const { return static_cast<uint32_t>(source_.dataOffset); }
 
-    // The track's length in output samples per channel, gapless trimming applied: exact
-    // when the file carries a Xing/Info frame count, otherwise estimated from the data
-    // size (exact for a constant bit rate to within a frame). The file is not scanned.
-    // -1 when unknown.
-    int64_t LengthInSamples() const;
+    // The bytes of MPEG data: the file after the data offset, without an ID3v1 trailer.
+    uint64_t audioBytes() const;
+
+    // The track's length in output samples per channel, gapless trimming applied; -1 when
+    // unknown. A Xing/Info frame count is taken as it is, unless the file's bytes could
+    // not hold that many frames (a file cut short keeps the header of the whole). Without
+    // a usable count every frame header is read once (mpg123_scan, no decoding): an
+    // estimate from the first frame's bit rate is several times off for a variable rate.
+    // The scan is done on the first call only and keeps the handle's position.
+    int64_t LengthInSamples();
+    // True once LengthInSamples has counted the frames instead of trusting a header.
+    bool lengthScanned() const { return scanned_; }
 
 private:
     void Close();
+    bool HeaderGivesLength() const;
 
     mpg123_handle* handle_;
     std::optional<RegularFile> file_;
     MpegFileSource source_;
     bool open_ = false;
+    bool lengthChecked_ = false;
+    bool scanned_ = false;
     long sampleRate_ = 0;
     int channels_ = 0;
 };

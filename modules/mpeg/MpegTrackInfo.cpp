@@ -10,38 +10,41 @@ namespace verdin::mpeg {
 
 namespace {
 
-constexpr uint64_t kId3v1Bytes = 128;
-
 int32_t ClampToInt32(uint64_t value) {
     return static_cast<int32_t>(std::min<uint64_t>(value, std::numeric_limits<int32_t>::max()));
 }
 
-// The bytes of MPEG data: the file after the data offset, without an ID3v1 trailer.
-uint64_t AudioBytes(const MpegFile& file) {
-    uint64_t bytes = file.fileSize() - file.dataOffset();
-    mpg123_id3v1* v1 = nullptr;
-    mpg123_id3v2* v2 = nullptr;
-    if (mpg123_id3(file.handle(), &v1, &v2) == MPG123_OK && v1 && bytes >= kId3v1Bytes)
-        bytes -= kId3v1Bytes;
-    return bytes;
+// Without a Xing header libmpg123 takes any stream for constant-rate. A stream whose
+// frames were counted is not when its bytes differ from what its frames' nominal rate
+// makes of its length by more than 1% and two frames (a header frame, a last frame cut
+// short).
+bool CountedStreamVaries(const MpegFile& file, int64_t samples, uint64_t nominal) {
+    const int samplesPerFrame = mpg123_spf(file.handle());
+    if (!file.lengthScanned() || samples <= 0 || nominal == 0 || samplesPerFrame <= 0) return false;
+    const auto rate = static_cast<uint64_t>(file.sampleRate());
+    const uint64_t expected = static_cast<uint64_t>(samples) * nominal / 8 / rate;
+    const uint64_t slack = expected / 100 + 2 * static_cast<uint64_t>(samplesPerFrame) * nominal / 8 / rate;
+    const uint64_t bytes = file.audioBytes();
+    return (bytes > expected ? bytes - expected : expected - bytes) > slack;
 }
 
 int32_t BitRate(const MpegFile& file, int64_t samples) {
     mpg123_frameinfo frame{};
     const bool known = mpg123_info(file.handle(), &frame) == MPG123_OK;
-    if (known && frame.vbr == MPG123_CBR && frame.bitrate > 0) return frame.bitrate * 1000;
+    const uint64_t nominal = known && frame.bitrate > 0 ? static_cast<uint64_t>(frame.bitrate) * 1000 : 0;
+    const bool constant = known && frame.vbr == MPG123_CBR && !CountedStreamVaries(file, samples, nominal);
+    if (constant && nominal > 0) return static_cast<int32_t>(nominal);
     // Variable (or free-format) rate: the average over the whole track.
-    int32_t average = known ? frame.bitrate * 1000 : 0;
+    int32_t average = static_cast<int32_t>(nominal);
     if (samples > 0)
-        average = ClampToInt32(AudioBytes(file) * 8 * static_cast<uint64_t>(file.sampleRate()) /
+        average = ClampToInt32(file.audioBytes() * 8 * static_cast<uint64_t>(file.sampleRate()) /
                                static_cast<uint64_t>(samples));
-    const bool variable = !known || frame.vbr != MPG123_CBR;
-    return variable ? -average : average;
+    return constant ? average : -average;
 }
 
 }  // namespace
 
-void DescribeMpegTrack(const MpegFile& file, const char* path, TrackInfo& info) {
+void DescribeMpegTrack(MpegFile& file, const char* path, TrackInfo& info) {
     const int64_t samples = file.LengthInSamples();
     SetSuggestedTitle(info, FileBodyOf(path));
     info.fileSize = TrackFileSize(file.fileSize());

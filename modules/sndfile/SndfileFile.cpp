@@ -1,5 +1,7 @@
 #include "SndfileFile.h"
 
+#include "FlacLength.h"
+
 namespace verdin::sndfile {
 
 SndfileFile::~SndfileFile() {
@@ -9,6 +11,7 @@ SndfileFile::~SndfileFile() {
 void SndfileFile::Close() {
     if (handle_) sf_close(handle_);
     handle_ = nullptr;
+    frames_ = 0;
     file_.reset();
 }
 
@@ -25,6 +28,9 @@ bool SndfileFile::Open(const char* path, uint32_t dataOffset) {
         Close();
         return false;
     }
+    frames_ = info_.frames > 0 && info_.frames != SF_COUNT_MAX ? info_.frames : 0;
+    if (frames_ == 0 && (info_.format & SF_FORMAT_TYPEMASK) == SF_FORMAT_FLAC)
+        frames_ = FlacLengthFromLastFrame(source_.fd, source_.dataOffset, source_.length);
     // Float and lossy sources may go past full scale: clip instead of wrapping round.
     sf_command(handle_, SFC_SET_CLIPPING, nullptr, SF_TRUE);
     return true;
@@ -37,10 +43,6 @@ SampleDelivery SndfileFile::delivery() const {
     case SF_FORMAT_DOUBLE: return SampleDelivery::kFloatToSixteenBit;
     default: return SampleDelivery::kSixteenBit;
     }
-}
-
-int64_t SndfileFile::frames() const {
-    return info_.frames > 0 && info_.frames != SF_COUNT_MAX ? info_.frames : 0;
 }
 
 }  // namespace verdin::sndfile

@@ -47,8 +47,9 @@ public:
     SampleDelivery delivery() const;
     int bitsPerSample() const { return delivery() == SampleDelivery::kStoredBytes ? 8 : 16; }
     int bytesPerFrame() const { return bitsPerSample() / 8 * info_.channels; }
-    // The track's length in frames; 0 when the file does not tell.
-    int64_t frames() const;
+    // The track's length in frames; 0 when the file does not tell (for FLAC without a
+    // total sample count, see FlacLength.h, when its last frame does not either).
+    int64_t frames() const { return frames_; }
 
 private:
     void Close();
@@ -57,6 +58,7 @@ private:
     SndfileSource source_;
     SF_INFO info_{};
     SNDFILE* handle_ = nullptr;
+    int64_t frames_ = 0;
 };
 
 }  // namespace verdin::sndfile

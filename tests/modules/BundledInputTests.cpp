@@ -247,6 +247,53 @@ TEST_F(BundledInput, SeekLandsOnTheFrameItReportsAlsoBehindWhatLiesInFrontOfTheA
     }
 }
 
+TEST_F(BundledInput, FilesAsFoundDecodeWholeAndReportTheirLength) {
+    // A variable-rate MP3 without a Xing header (silence, then noise); an MP3 cut to
+    // 8 KB whose Info header still counts the whole; a FLAC whose STREAMINFO has no total
+    // sample count, as an encoder writing to a pipe leaves it; MP3s joined mono-stereo-mono
+    // and stereo-mono-stereo (the track keeps its first format, as mpg123 -m / --stereo
+    // makes it); an MP3 hit by random bytes mid-way, and one with a zeroed stretch longer
+    // than libmpg123's default resync window. Each decodes to the reference PCM (or, when
+    // damaged, to within `slack` MPEG frames of the whole), and its duration agrees.
+    Bytes noisy(4 * 22050, 0);
+    std::mt19937 random(3);
+    for (int i = 0; i < 4 * 88200; ++i) noisy.push_back(static_cast<uint8_t>(random()));
+    WriteWav(Path("noisy.wav"), 2, 44100, 16, noisy);
+    RunOrThrow({"lame", "--quiet", "-V", "5", "-t", Path("noisy.wav"), Path("no_xing.mp3")});
+    RunOrThrow({"lame", "--quiet", "-t", "-m", "m", "-b", "64", Path("stereo.wav"), Path("downmix.mp3")});
+    const Bytes cbr = ReadBytes(Cbr().path), stereo = ReadBytes(tracks_->at(4).path), mono = ReadBytes(Path("downmix.mp3"));
+    Bytes hit = cbr, zeroed = cbr, flac = ReadBytes(tracks_->at(1).path);
+    std::mt19937 damage(38);  // among its first 300 bytes, what passes for frame headers of other formats
+    for (size_t i = 0; i < 300; ++i) hit[hit.size() / 2 + i] = static_cast<uint8_t>(damage());
+    std::fill_n(zeroed.begin() + long(zeroed.size() / 2), 1500, 0);
+    flac[21] &= 0xF0, std::fill_n(flac.begin() + 22, 4, 0);  // the low 36 bits of STREAMINFO's bytes 10-17
+    WriteBytes(Path("cut.mp3"), {cbr.begin(), cbr.begin() + 8192}), WriteBytes(Path("no_total.flac"), flac);
+    WriteBytes(Path("mono_stereo_mono.mp3"), Concat(Concat(mono, stereo), mono)), WriteBytes(Path("stereo_mono_stereo.mp3"), Concat(Concat(stereo, mono), stereo));
+    WriteBytes(Path("hit.mp3"), hit), WriteBytes(Path("zeroed.mp3"), zeroed);
+    const std::tuple<const Plugin*, std::string, const Bytes*, std::string, int, int32_t, int64_t> rows[] = {
+        // plugin, file, reference PCM (null: mpg123 -w with the option), option, channels, bitrate (0: a negative average), slack
+        {&mpeg_, "no_xing.mp3", nullptr, "-q", 2, 0, 0}, {&mpeg_, "cut.mp3", nullptr, "-q", 2, 128000, 0},
+        {&sndfile_, "no_total.flac", &Wav().reference, "", 2, 0, 0}, {&mpeg_, "mono_stereo_mono.mp3", nullptr, "-m", 1, 0, 0},
+        {&mpeg_, "stereo_mono_stereo.mp3", nullptr, "--stereo", 2, 0, 0}, {&mpeg_, "hit.mp3", &Cbr().reference, "", 2, 128000, 6},
+        {&mpeg_, "zeroed.mp3", &Cbr().reference, "", 2, 128000, 6},
+    };
+    for (const auto& [plugin, name, reference, option, channels, bitrate, slack] : rows) {
+        SCOPED_TRACE(name);
+        const std::string path = Path(name);
+        if (!reference) RunOrThrow({"mpg123", "-q", option, "-w", path + ".wav", path});
+        const Bytes expected = reference ? *reference : WavData(path + ".wav"), pcm = Decoder(*plugin, path).ToEnd(2 * channels);
+        const int64_t frames = int64_t(expected.size()) / (2 * channels), frameMs = 1152 * 1000 / 44100 + 1;
+        const auto info = plugin->Info(path);
+        ASSERT_TRUE(info);
+        EXPECT_EQ(info->channels, channels);
+        EXPECT_LE(std::llabs(int64_t(info->duration) - frames * 1000 / 44100), frameMs) << info->duration;
+        if (slack == 0) { EXPECT_TRUE(pcm == expected) << pcm.size() << " bytes, not " << expected.size(); }
+        else { EXPECT_LE(std::llabs(int64_t(pcm.size()) / (2 * channels) - frames), slack * 1152) << pcm.size(); }
+        if (bitrate) { EXPECT_EQ(info->bitrate, bitrate); }
+        else { EXPECT_NEAR(-info->bitrate, std::filesystem::file_size(path) * 8000.0 / info->duration, -info->bitrate * 0.02); }
+    }
+}
+
 TEST_F(BundledInput, TypesAndFilesThatCannotBeRead) {
     // IsOurFile (asked twice: an answer must not depend on the one before); GetFileTypes;
     // the description names the library under it.
