@@ -47,9 +47,5 @@ static void Quit(void) {
     pthread_join(asker, NULL);
 }
 
-#if defined(TEST_GENERAL_KEEPS)
-static winampGeneralPurposePlugin plugin = {GPPHDR_VER, "Keeps", Init, Config, Quit, NULL, NULL};
-#else
-static winampGeneralPurposePlugin plugin = {GPPHDR_VER, "Refuses", Init, Config, Quit, NULL, NULL};
-#endif
+static winampGeneralPurposePlugin plugin = {GPPHDR_VER, TEST_GENERAL_NAME, Init, Config, Quit, NULL, NULL};
 VERDIN_PLUGIN_EXPORT winampGeneralPurposePlugin* winampGetGeneralPurposePlugin(void) { return &plugin; }
