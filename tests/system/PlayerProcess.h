@@ -48,8 +48,7 @@ public:
     // prints it ("('playing',)"), or nothing when the call failed.
     std::optional<std::string> Call(const std::string& method, const std::vector<std::string>& arguments = {},
                                      const std::string& path = "/Player");
-    // Runs a command text through /System's Execute, sent from this process: gdbus takes
-    // it as one argument, which the system caps at 128 KiB. Needs a QCoreApplication.
+    // /System's Execute sent from this process (gdbus caps an argument at 128 KiB).
     bool Execute(const std::string& text);
     std::string Status();         // "playing", "paused" or "stopped"
     int CurrentRow();

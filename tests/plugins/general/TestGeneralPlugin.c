@@ -1,10 +1,7 @@
 /*
- * General-purpose plug-ins for the host's tests, one kind per build:
- *   TEST_GENERAL_KEEPS    "Keeps": init answers 0 and starts a thread that asks the host
- *                         window whether it plays, again and again, until quit, which
- *                         waits for that thread to end.
- *   TEST_GENERAL_REFUSES  "Refuses": init answers 1.
- * Each counts its calls, and the host window's answers its thread got.
+ * General-purpose plug-ins for the host's tests: "Keeps" (TEST_GENERAL_KEEPS) starts a
+ * thread in init that asks the host window for its version until quit, which waits for
+ * it; "Refuses" answers init with 1. Each counts its calls and the answers it got.
  */
 #include <verdin/gen.h>
 #include <verdin/window.h>
