@@ -10,6 +10,7 @@ pkg_check_modules(PULSE REQUIRED IMPORTED_TARGET libpulse)
 
 if(NOT VERDIN_FUZZ)
   find_package(Qt6 6.4 REQUIRED COMPONENTS Core DBus Gui Widgets Test)
+  pkg_check_modules(DBUS1 REQUIRED IMPORTED_TARGET dbus-1)  # the notification plug-in
   if(VERDIN_TESTS)
     find_package(GTest REQUIRED)
   endif()

@@ -13,6 +13,7 @@ packages=(
   libmpg123-dev                       # MP3 input plug-in
   libsndfile1-dev                     # WAV/AIFF/FLAC/Ogg input plug-in
   libtag1-dev zlib1g-dev              # tags
+  libdbus-1-dev                       # the notification plug-in's session bus client
   libgtest-dev libbenchmark-dev       # tests and benchmarks
   libfftw3-dev                        # the transform benchmark's reference only
   # test environment: real servers and clients started by the tests

@@ -1,13 +1,32 @@
 // Playing a playlist through to its end: continuous play on a sound device, loop mode,
-// decoding every track into a numbered WAV file, random entries through a sample space.
+// decoding every track into a numbered WAV file, random entries through a sample space,
+// and the bundled plug-in that announces each track on the desktop.
 #include "SystemFixture.h"
 
 #include "Files.h"
 #include "PcmFixtures.h"
 
+#include <QCoreApplication>
+#include <QDBusConnection>
+#include <QVariantMap>
 #include <csignal>
 
 namespace verdin::test {
+
+// The desktop's notification service, as far as the notification plug-in uses it.
+class NotificationServer : public QObject {
+    Q_OBJECT
+    Q_CLASSINFO("D-Bus Interface", "org.freedesktop.Notifications")
+public:
+    QStringList bodies;
+public slots:
+    uint Notify(const QString&, uint, const QString&, const QString&, const QString& body, const QStringList&,
+                const QVariantMap&, int) {
+        bodies << body;
+        return static_cast<uint>(bodies.size());
+    }
+};
+
 namespace {
 
 using namespace std::chrono_literals;
@@ -96,5 +115,27 @@ TEST_F(SystemTest, AnEmptySampleSpaceWarnsAndDoesNotPlay) {
         << player->Output();
 }
 
+// The plug-in asks the player from a thread of its own, twice a second: the tracks are
+// long, so each is asked about before the next starts. The title is the playlist's.
+TEST_F(SystemTest, TheNotificationPlugInAnnouncesEachTrackThatStarts) {
+    int argc = 0;
+    QCoreApplication events(argc, nullptr);
+    QDBusConnection bus = QDBusConnection::connectToBus(QString::fromStdString(bus_.Address()), QStringLiteral("desktop"));
+    NotificationServer server;
+    ASSERT_TRUE(bus.registerObject(QStringLiteral("/org/freedesktop/Notifications"), &server, QDBusConnection::ExportAllSlots));
+    ASSERT_TRUE(bus.registerService(QStringLiteral("org.freedesktop.Notifications")));
+    SeedSettings([](Settings& s) { UseNullSoundCard(s); });
+    auto player = Start({"--headless", "/PLAY", Tone("first.wav", 30, 300), Tone("second.wav", 30, 400)});
+    for (int announced : {1, 2}) {
+        EXPECT_TRUE(WaitFor([&] { return QCoreApplication::processEvents(), server.bodies.size() >= announced; }, 20s));
+        if (announced == 1) {
+            ASSERT_TRUE(player->Call("Command", {"110"}));  // next
+        }
+    }
+    EXPECT_EQ(server.bodies, (QStringList{QStringLiteral("first"), QStringLiteral("second")}));
+}
+
 }  // namespace
 }  // namespace verdin::test
+
+#include "PlaybackTests.moc"

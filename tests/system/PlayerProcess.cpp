@@ -83,7 +83,8 @@ std::optional<std::string> PlayerProcess::Call(const std::string& method, const 
 }
 
 bool PlayerProcess::Execute(const std::string& text) {
-    QDBusConnection bus = QDBusConnection::connectToBus(QString::fromStdString(bus_.Address()), QStringLiteral("test"));
+    const QString address = QString::fromStdString(bus_.Address());
+    QDBusConnection bus = QDBusConnection::connectToBus(address, address);
     QDBusMessage call = QDBusMessage::createMethodCall(QStringLiteral("org.brimfell.Verdin"), QStringLiteral("/System"),
                                                        QStringLiteral("org.brimfell.Verdin.System"), QStringLiteral("Execute"));
     call << QString::fromStdString(text);

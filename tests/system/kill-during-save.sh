@@ -1,10 +1,7 @@
 #!/usr/bin/env bash
-# Kills the headless player at random moments while it saves: a playlist saved over D-Bus,
-# the settings (each shuffle toggle saves them) and the main playlist at quit. After each
-# kill every file must be whole: the version before or after, never a truncation or a
-# mixture. Run by hand (about a minute); not part of CI.
-#
-#   tests/system/kill-during-save.sh [build directory] [rounds]
+# Kills the headless player at random moments while it saves a playlist over D-Bus, the
+# settings (each shuffle toggle) and the main playlist at quit; after each kill every file
+# must be the version before or after. By hand, about a minute: $0 [build dir] [rounds]
 set -euo pipefail
 [[ -n ${VERDIN_KILL_BUS:-} ]] || VERDIN_KILL_BUS=1 exec dbus-run-session -- "$0" "$@"
 verdin=$(realpath "${1:-build}")/bin/verdin rounds=${2:-200} work=$(mktemp -d)

@@ -9,8 +9,7 @@
 #include <pthread.h>
 
 static winampGeneralPurposePlugin plugin;
-static int inits, configs, quits, answers;
-static int stop;
+static int inits, configs, quits, answers, stop;
 static pthread_t asker;
 
 VERDIN_PLUGIN_EXPORT void TestGeneral_Calls(int* counts) {
