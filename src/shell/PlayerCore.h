@@ -10,6 +10,7 @@
 // User-interface thread only.
 #include "engine/input/InputModuleList.h"
 #include "playlist/mainlist/MainList.h"
+#include "plugins/dsp/DspForward.h"
 #include "plugins/general/GeneralPluginHost.h"
 #include "settings/Settings.h"
 #include "shell/Player.h"
@@ -23,7 +24,6 @@
 namespace verdin {
 
 class DspHost;
-class DspLibraryList;
 
 class PlayerCore {
 public:

@@ -10,9 +10,10 @@
 // restarts the modules when switched off and on.
 // General purpose: the libraries with "winampGetGeneralPurposePlugin" on the stored path;
 // a changed "generalPurposePluginsSearchPath" takes effect at the next start.
+#include "plugins/dsp/DspForward.h"
+#include "plugins/library/PluginScan.h"
 #include "shell/ui/dialogs/options/OptionsPage.h"
 #include "shell/ui/dialogs/options/PluginListsPage.h"
-#include "plugins/library/PluginScan.h"
 
 #include <memory>
 
@@ -20,7 +21,6 @@ class QListWidget;
 
 namespace verdin {
 
-class DspLibraryList;
 class SearchPathField;
 
 class DspPage : public PluginListsPage {
