@@ -30,7 +30,8 @@ VisHost::~VisHost() {
 }
 
 void VisHost::Load(VerdinHostWindow* parentWindow, std::string_view searchPath, std::string_view activeText) {
-    const bool wasOn = On();
+    // Modules run only once a list has been loaded; at start-up the setting alone is set.
+    const bool wasOn = On() && libraries_;
     if (wasOn) SwitchOffNow();
     if (!libraries_ || searchPath_ != searchPath || libraries_->parentWindow() != parentWindow) {
         searchPath_ = std::string(searchPath);

@@ -4,18 +4,12 @@
  * loads, sets each module's delayMs, spectrumNch and waveformNch in its record, and reads
  * what happened from testVisState.
  */
+#include "TestVisState.h"
+
 #include <verdin/vis.h>
 #include <verdin/window.h>
 
-#define MODULES 3
-
-typedef struct TestVisState {
-    int renderResult;   /* what Render answers */
-    int sendInRender;   /* Render sends WM_COMMAND to hwndParent first */
-    int inits, renders, quits;
-    int quitsDuringRender; /* Quit called while a Render was running */
-    int rendering;
-} TestVisState;
+#define MODULES TEST_VIS_MODULES
 
 VERDIN_PLUGIN_EXPORT TestVisState testVisState[MODULES];
 

@@ -4,6 +4,8 @@
 // Quit counts, the on/off setting, and which bytes of its data blocks the host wrote.
 #include "plugins/vis/VisHost.h"
 
+#include "TestVisState.h"
+
 #include <verdin/window.h>
 
 #include <dlfcn.h>
@@ -15,13 +17,6 @@
 
 namespace verdin::test {
 namespace {
-
-// Mirrors the test plug-in's record of what happened to a module.
-struct TestVisState {
-    int renderResult, sendInRender;
-    int inits, renders, quits;
-    int quitsDuringRender, rendering;
-};
 
 constexpr int kModule = 1;
 constexpr unsigned char kUntouched = 0xAA;  // never a value the frame below produces
