@@ -11,6 +11,7 @@
 #include <dlfcn.h>
 #include <gtest/gtest.h>
 
+#include <array>
 #include <cstring>
 #include <sstream>
 #include <string>
@@ -44,8 +45,6 @@ struct Case {
     bool onAfter;
 };
 
-void PrintTo(const Case& c, std::ostream* out) { *out << c.name; }
-
 const Case kCases[] = {
     {"delay 25: nothing on the first two ticks", 25, 2, 2, 0, 0, "on tick tick", 1, 0, 0, 0, 0, true},
     {"delay 25: first on the third tick, then every tick", 25, 2, 2, 0, 0, "on tick tick tick tick tick off", 1, 3, 1,
@@ -65,75 +64,56 @@ const Case kCases[] = {
     {"a switch-off sent from Render waits for its end", 0, 0, 0, 0, 1, "on tick tick", 1, 1, 1, 0, 0, false},
 };
 
-class VisHostTest : public ::testing::TestWithParam<Case> {
-protected:
-    void SetUp() override {
-        // The test's own load keeps the plug-in's static data alive between the host's.
-        library_ = dlopen(path_.c_str(), RTLD_NOW);
-        ASSERT_NE(library_, nullptr) << dlerror();
-        auto header = reinterpret_cast<winampVisGetHeaderType>(dlsym(library_, VERDIN_VIS_ENTRY_POINT))();
-        module_ = header->getModule(kModule);
-        state_ = &static_cast<TestVisState*>(dlsym(library_, "testVisState"))[kModule];
-    }
-    void TearDown() override {
-        if (library_) dlclose(library_);
-    }
-
-    // A message from a module (the one Render sends) switches the modules off, as the
-    // player's toggle command would.
-    static intptr_t Send(VerdinHostWindow* window, uint32_t, uintptr_t, intptr_t) {
-        static_cast<VisHost*>(window->host)->SwitchOff();
-        return 0;
-    }
-
-    std::string path_ = std::string(VERDIN_VIS_TEST_MODULES) + "/vis_test_plugin.so";
-    void* library_ = nullptr;
-    winampVisModule* module_ = nullptr;
-    TestVisState* state_ = nullptr;
-};
-
-TEST_P(VisHostTest, RunsTheScript) {
-    const Case& c = GetParam();
-    *state_ = {c.renderResult, c.sendInRender, 0, 0, 0, 0, 0};
-    module_->delayMs = c.delayMs;
-    module_->spectrumNch = c.spectrumNch;
-    module_->waveformNch = c.waveformNch;
-    std::memset(module_->spectrumData, kUntouched, sizeof module_->spectrumData);
-    std::memset(module_->waveformData, kUntouched, sizeof module_->waveformData);
-
-    int32_t enabled = 0;
-    VisHost host(enabled);
-    VerdinHostWindow window{&Send, &host};
-    host.Load(&window, std::string(VERDIN_VIS_TEST_MODULES) + ";", path_ + "," + std::to_string(kModule) + ";");
-    const VisFrame frame{22050, 1, [] {}, Spectrum, Waveform};
-    std::istringstream script(c.script);
-    for (std::string step; script >> step;) {
-        if (step == "set") enabled = 1;
-        if (step == "start") host.StartUp();
-        if (step == "on") host.SwitchOn();
-        if (step == "off") host.SwitchOff();
-        if (step == "tick") host.RenderTick(frame);
-    }
-
-    EXPECT_EQ(state_->inits, c.inits);
-    EXPECT_EQ(state_->renders, c.renders);
-    EXPECT_EQ(state_->quits, c.quits);
-    EXPECT_EQ(state_->quitsDuringRender, 0);
-    EXPECT_EQ(enabled, c.onAfter ? 1 : 0);
-    EXPECT_EQ(Written(module_->spectrumData, [](int ch, int i) { return Spectrum(ch, i) & 0xFF; }), c.spectrumBytes);
-    EXPECT_EQ(Written(module_->waveformData, [](int ch, int i) { return static_cast<uint8_t>(Waveform(ch, i) >> 24); }),
-              c.waveformBytes);
-    if (c.renders > 0) {
-        EXPECT_EQ(module_->sRate, 22050);
-        EXPECT_EQ(module_->nCh, 1);
-    }
-    // Switched off at the end, nothing of the plug-in is left to the host.
-    host.SwitchOff();
-    EXPECT_EQ(state_->quits, state_->inits);
+// A message from a module (the one Render sends) switches the modules off, as the
+// player's toggle command would.
+intptr_t SwitchOff(VerdinHostWindow* window, uint32_t, uintptr_t, intptr_t) {
+    static_cast<VisHost*>(window->host)->SwitchOff();
+    return 0;
 }
 
-INSTANTIATE_TEST_SUITE_P(Script, VisHostTest, ::testing::ValuesIn(kCases),
-                         [](const auto& param) { return "case" + std::to_string(param.index); });
+TEST(VisHost, RunsEachScript) {
+    // The test's own load keeps the plug-in's static data alive between the host's.
+    const std::string path = std::string(VERDIN_VIS_TEST_MODULES) + "/vis_test_plugin.so";
+    void* library = dlopen(path.c_str(), RTLD_NOW);
+    ASSERT_NE(library, nullptr) << dlerror();
+    winampVisModule* module = reinterpret_cast<winampVisGetHeaderType>(dlsym(library, VERDIN_VIS_ENTRY_POINT))()->getModule(kModule);
+    TestVisState* state = &static_cast<TestVisState*>(dlsym(library, "testVisState"))[kModule];
+    const VisFrame frame{22050, 1, [] {}, Spectrum, Waveform};
+    for (const Case& c : kCases) {
+        SCOPED_TRACE(c.name);
+        *state = {c.renderResult, c.sendInRender, 0, 0, 0, 0, 0};
+        module->delayMs = c.delayMs;
+        module->spectrumNch = c.spectrumNch;
+        module->waveformNch = c.waveformNch;
+        module->sRate = module->nCh = 0;
+        std::memset(module->spectrumData, kUntouched, sizeof module->spectrumData);
+        std::memset(module->waveformData, kUntouched, sizeof module->waveformData);
+        int32_t enabled = 0;
+        VisHost host(enabled);
+        VerdinHostWindow window{&SwitchOff, &host};
+        host.Load(&window, std::string(VERDIN_VIS_TEST_MODULES) + ";", path + "," + std::to_string(kModule) + ";");
+        std::istringstream script(c.script);
+        for (std::string step; script >> step;) {
+            if (step == "set") enabled = 1;
+            if (step == "start") host.StartUp();
+            if (step == "on") host.SwitchOn();
+            if (step == "off") host.SwitchOff();
+            if (step == "tick") host.RenderTick(frame);
+        }
+        EXPECT_EQ((std::array{state->inits, state->renders, state->quits}), (std::array{c.inits, c.renders, c.quits}));
+        EXPECT_EQ(state->quitsDuringRender, 0);
+        EXPECT_EQ(enabled, c.onAfter ? 1 : 0);
+        EXPECT_EQ(Written(module->spectrumData, [](int ch, int i) { return Spectrum(ch, i) & 0xFF; }), c.spectrumBytes);
+        EXPECT_EQ(Written(module->waveformData, [](int ch, int i) { return static_cast<uint8_t>(Waveform(ch, i) >> 24); }),
+                  c.waveformBytes);
+        // The format is written only for a Render.
+        EXPECT_EQ((std::array{module->sRate, module->nCh}), (c.renders ? std::array{22050, 1} : std::array{0, 0}));
+        // Switched off at the end, nothing of the plug-in is left to the host.
+        host.SwitchOff();
+        EXPECT_EQ(state->quits, state->inits);
+    }
+    dlclose(library);
+}
 
 }  // namespace
 }  // namespace verdin::test
