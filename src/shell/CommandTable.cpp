@@ -79,7 +79,7 @@ constexpr std::array kCommands = {
     CommandEntry{Action::kToggleShuffle, kShuffle, "Shuffle Mode\t7", "7", kCore},
     CommandEntry{Action::kToggleAnalyzer, kAnalyzer, "Show Frequency Analyzer\t8", "8", kWindow},
     CommandEntry{Action::kToggleOscilloscope, kOscilloscope, "Show Oscilloscope\t9", "9", kWindow},
-    CommandEntry{Action::kToggleVisualization, kVisualization, "Enable Visualization Plug-in(s)\t0", "0", kWindow},
+    CommandEntry{Action::kToggleVisualization, kVisualization, "Enable Visualization Plug-in(s)\t0", "0", kCore},
     CommandEntry{Action::kTogglePlaylist, kPlaylist, " \tShow Playlist (P)", "P", kWindow},
     CommandEntry{Action::kMiniWindow, kMini, "", "Num+-", kWindow},
     CommandEntry{Action::kNormalWindow, kNormal, "", "Num++", kWindow},

@@ -7,6 +7,7 @@
 #include "playlist/mainlist/MainList.h"
 #include "playlist/titles/StatusLine.h"
 #include "playlist/view/PlaylistViewText.h"
+#include "plugins/dsp/DspForward.h"
 #include "shell/CommandTable.h"
 
 #include <verdin/input.h>
@@ -19,7 +20,6 @@
 
 namespace verdin {
 
-class DspLibraryList;
 class InputModuleList;
 class PlayerCore;
 class Stream;

@@ -33,6 +33,9 @@ bool Player::ExecuteCoreAction(Action action, const CommandContext& context) {
         case Action::kNextTrack: playback.Next(false); return true;
         case Action::kNextTrackCrossfade: playback.Next(true); return true;
         case Action::kToggleLoop: ChangeSettings([](Settings& s) { s.loopMode = s.loopMode ? 0 : 1; }); return true;
+        case Action::kToggleVisualization:
+            ChangeSettings([](Settings& s) { s.enableVisualizationPlugins = s.enableVisualizationPlugins ? 0 : 1; });
+            return true;
         case Action::kToggleShuffle: ChangeSettings([](Settings& s) { s.shuffleMode = s.shuffleMode ? 0 : 1; }); return true;
         case Action::kResetOptions: ResetAllOptions(); return true;
         case Action::kExit: Quit(); return true;

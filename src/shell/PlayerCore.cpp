@@ -44,6 +44,9 @@ void PlayerCore::Announce(unsigned changes) {
 
 void PlayerCore::LoadPlugins(void* mainWindow) {
     mainWindow_ = mainWindow;
+    vis_.Load(static_cast<VerdinHostWindow*>(mainWindow_), settings_.visualizationPluginsSearchPath,
+              settings_.visualizationPlugins);
+    vis_.StartUp();
     LoadDspModules();
     general_.LoadAll(settings_.generalPurposePluginsSearchPath, mainWindow);
     modules_.LoadInputModules(settings_.inputPluginsSearchPath, mainWindow);
@@ -57,6 +60,18 @@ void PlayerCore::LoadDspModules() {
     if (!dsp_) dsp_ = std::make_unique<DspHost>();
     dsp_->SetActiveList(*dspLibraries_, ParseDspPlugins(settings_.dspPlugins));
     playback_.SetDsp(dsp_.get());
+}
+
+void PlayerCore::VisualizationTick() {
+    const Stream* stream = playback_.CurrentStream();
+    if (!stream || !vis_.On()) return;
+    // The values are read before any module renders: a module may change the track.
+    const VisFrame frame{static_cast<int32_t>(stream->Format().sampleRate),
+                         static_cast<int32_t>(stream->Format().channels),
+                         [this] { playback_.TakeAnalyzerSnapshot(); },
+                         [stream](int channel, int index) { return stream->GetAnalyzerValue(channel, index); },
+                         [stream](int channel, int index) { return stream->GetWaveformValue(channel, index); }};
+    vis_.RenderTick(frame);
 }
 
 void PlayerCore::StartUp(std::string_view commandText) {
@@ -83,6 +98,8 @@ bool PlayerCore::TearDown() {
     settings_.savedCurrentIndex = list_.CurrentRow();
     if (!SaveUserSettings(settings_, environment_)) saved = false;
     if (dsp_) dsp_->ClearActiveList();
+    // After the settings were written: modules that run now run again at the next start.
+    vis_.SwitchOff();
     general_.QuitAll();
     return saved;
 }
@@ -95,6 +112,18 @@ void PlayerCore::SettingsChanged(const Settings& before) {
     if (now.equalize != before.equalize || now.loudness != before.loudness || now.preAmp != before.preAmp ||
         now.equalizerValues != before.equalizerValues)
         playback_.ApplyEqualizer(now.equalize != 0, EqualizerRecordOf(now));
+    if (vis_.Libraries()) {
+        // Switching writes the setting itself, once the modules have followed.
+        if (now.enableVisualizationPlugins != before.enableVisualizationPlugins) {
+            const bool on = now.enableVisualizationPlugins != 0;
+            settings_.enableVisualizationPlugins = before.enableVisualizationPlugins;
+            on ? vis_.SwitchOn() : vis_.SwitchOff();
+        }
+        if (now.visualizationPluginsSearchPath != before.visualizationPluginsSearchPath ||
+            now.visualizationPlugins != before.visualizationPlugins)
+            vis_.Load(static_cast<VerdinHostWindow*>(mainWindow_), now.visualizationPluginsSearchPath,
+                      now.visualizationPlugins);
+    }
     if (dsp_ && (now.dspPluginsSearchPath != before.dspPluginsSearchPath || now.dspPlugins != before.dspPlugins))
         LoadDspModules();
 }

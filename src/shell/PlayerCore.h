@@ -2,7 +2,7 @@
 // The player without windows: it owns the two owners of the player's state, the main
 // list (the tree, its play order and current row, the sample space) and playback (the
 // streams, the equalizer, volume, the progress tick), with the input modules, the DSP
-// host they use and the general-purpose plug-ins, and runs start-up and teardown. The windowed and the headless player
+// host they use, the visualization host and the general-purpose plug-ins, and runs start-up and teardown. The windowed and the headless player
 // both run exactly this; only PlayerHost differs.
 //
 // Faces never see this class: they get its facade, Player.
@@ -10,7 +10,9 @@
 // User-interface thread only.
 #include "engine/input/InputModuleList.h"
 #include "playlist/mainlist/MainList.h"
+#include "plugins/dsp/DspForward.h"
 #include "plugins/general/GeneralPluginHost.h"
+#include "plugins/vis/VisHost.h"
 #include "settings/Settings.h"
 #include "shell/Player.h"
 #include "shell/PlayerHost.h"
@@ -23,7 +25,6 @@
 namespace verdin {
 
 class DspHost;
-class DspLibraryList;
 
 class PlayerCore {
 public:
@@ -45,6 +46,8 @@ public:
     bool TearDown();
     // The 100 ms progress tick.
     void ProgressTick() { playback_.ProgressTick(); }
+    // The visualization modules' part of the 10 ms tick: only while a track is current.
+    void VisualizationTick();
 
 private:
     friend class Player;
@@ -62,6 +65,8 @@ private:
     std::unique_ptr<DspHost> dsp_;
     std::string dspSearchPath_;  // the path dspLibraries_ was enumerated on
     GeneralPluginHost general_;
+    // Switched on and off through "enableVisualizationPlugins" (ChangeSettings).
+    VisHost vis_{settings_.enableVisualizationPlugins};
     void* mainWindow_ = nullptr;
     MainList list_;
     Playback playback_;

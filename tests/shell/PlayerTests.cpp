@@ -1,6 +1,7 @@
 // The player as its faces use it, without windows or sound: the transport commands,
 // commands that need a window, quitting, the sample space rebuilt under a random entry,
-// and the host window that plug-ins talk to, with the general-purpose plug-ins.
+// and the host window that plug-ins talk to, with the general-purpose and the
+// visualization plug-ins.
 // (The command text is run by the system tests and the window tests.)
 #include "shell/PlayerCore.h"
 #include "shell/app/HostWindow.h"
@@ -9,6 +10,7 @@
 #include "settings/store/SettingsStore.h"
 
 #include "Files.h"
+#include "TestVisState.h"
 #include "PcmFixtures.h"
 #include "Process.h"
 #include "TempDir.h"
@@ -191,6 +193,68 @@ TEST_F(GeneralPluginTest, StartWithThePlayerAnswerFromAnyThreadAndQuitAtTeardown
     EXPECT_TRUE(player_.ConfigureGeneralPlugin(0));
     core_.TearDown();
     EXPECT_EQ(Calls(), (std::array<int, 4>{1, 1, 1, Calls()[3]}));
+}
+
+class VisPluginTest : public PlayerTest {
+protected:
+    void SetUp() override {
+        settings_.visualizationPluginsSearchPath = VERDIN_VIS_TEST_MODULES;
+        settings_.visualizationPlugins = Module(0);
+        // The test's own load keeps the plug-in's record between the player's loads.
+        library_ = dlopen(Module(-1).c_str(), RTLD_NOW);
+        ASSERT_NE(library_, nullptr);
+        state_ = static_cast<TestVisState*>(dlsym(library_, "testVisState"));
+        for (int m = 0; m < TEST_VIS_MODULES; ++m) state_[m] = TestVisState{};
+        PlayerTest::SetUp();
+    }
+    void TearDown() override { dlclose(library_); }
+    // "path,index;" for a module, or the library's path for -1.
+    static std::string Module(int index) {
+        const std::string path = VERDIN_VIS_TEST_MODULES "/vis_test_plugin.so";
+        return index < 0 ? path : path + "," + std::to_string(index) + ";";
+    }
+    void* library_ = nullptr;
+    TestVisState* state_ = nullptr;
+};
+
+// Command 0 switches the modules on and off and stores the setting; the 10 ms tick feeds
+// them only while a track is current and they are on; a changed list restarts them; the
+// teardown quits them after storing that they were on.
+TEST_F(VisPluginTest, CommandZeroTheTickTheOptionsAndTheTeardownDriveTheModules) {
+    const std::string track = Tone("a.wav");
+    player_.AddPaths({track}, -1);
+    enum Step { kToggle, kTick, kPlay, kStop, kOtherModule, kTearDown };
+    struct Expect {
+        Step step;
+        int32_t enabled;
+        std::array<int, 3> first, other;  // module 0's and 2's inits, renders and quits
+    };
+    const Expect script[] = {
+        {kTick, 0, {0, 0, 0}, {0, 0, 0}},        {kToggle, 1, {1, 0, 0}, {0, 0, 0}},
+        {kTick, 1, {1, 0, 0}, {0, 0, 0}},        {kPlay, 1, {1, 0, 0}, {0, 0, 0}},
+        {kTick, 1, {1, 1, 0}, {0, 0, 0}},        {kToggle, 0, {1, 1, 1}, {0, 0, 0}},
+        {kTick, 0, {1, 1, 1}, {0, 0, 0}},        {kToggle, 1, {2, 1, 1}, {0, 0, 0}},
+        {kOtherModule, 1, {2, 1, 2}, {1, 0, 0}}, {kTick, 1, {2, 1, 2}, {1, 1, 0}},
+        {kStop, 1, {2, 1, 2}, {1, 1, 0}},        {kTick, 1, {2, 1, 2}, {1, 1, 0}},
+        {kTearDown, 0, {2, 1, 2}, {1, 1, 1}},
+    };
+    for (const Expect& e : script) {
+        switch (e.step) {
+            case kToggle: EXPECT_TRUE(player_.Execute(50113)); break;
+            case kTick: core_.VisualizationTick(); break;
+            case kPlay: player_.PlayRow(0); break;
+            case kStop: player_.Execute(Action::kStop); break;
+            case kOtherModule: player_.ChangeSettings([](Settings& s) { s.visualizationPlugins = Module(2); }); break;
+            case kTearDown: core_.TearDown(); break;
+        }
+        const int step = static_cast<int>(&e - script);
+        EXPECT_EQ(settings_.enableVisualizationPlugins, e.enabled) << step;
+        EXPECT_EQ((std::array<int, 3>{state_[0].inits, state_[0].renders, state_[0].quits}), e.first) << step;
+        EXPECT_EQ((std::array<int, 3>{state_[2].inits, state_[2].renders, state_[2].quits}), e.other) << step;
+    }
+    Settings stored;
+    LoadUserSettings(stored, environment_);
+    EXPECT_EQ(stored.enableVisualizationPlugins, 1) << "on at the exit: on at the next start";
 }
 
 TEST_F(PlayerTest, RebuildingTheSampleSpaceWhileARandomEntryIsCurrentLeavesNoStalePick) {

@@ -1,7 +1,6 @@
 #pragma once
 // The active DSP modules: one entry per piece of "dspPlugins", in processing order.
 #include "plugins/dsp/DspLibraryList.h"
-#include "plugins/dsp/DspModuleInstance.h"
 #include "plugins/dsp/DspPluginsText.h"
 
 #include <memory>

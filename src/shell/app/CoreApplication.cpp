@@ -45,7 +45,10 @@ CoreApplication::CoreApplication(RunOptions options, QObject* parent)
     core_ = std::make_unique<PlayerCore>(settings_, environment, *this);
     // Virtual: the window library runs the window commands itself.
     hostWindow_ = std::make_unique<HostWindow>(core_->Face(), [this](uint32_t id) { return DispatchCommand(id); });
-    core_->Face().Listen([this](unsigned) { ShowProgressLine(); });
+    core_->Face().Listen([this](unsigned changes) {
+        if (changes & kSettingsChanged) UpdateDisplayTimer();
+        ShowProgressLine();
+    });
     ApplyProcessPriorityClass(settings_.processPriorityClass);
 
     progressTimer_.setObjectName(QStringLiteral("117"));
@@ -53,7 +56,7 @@ CoreApplication::CoreApplication(RunOptions options, QObject* parent)
     connect(&progressTimer_, &QTimer::timeout, this, &CoreApplication::ProgressTick);
     displayTimer_.setObjectName(QStringLiteral("126"));
     displayTimer_.setInterval(10);
-    connect(&displayTimer_, &QTimer::timeout, this, &CoreApplication::DisplayTick);
+    connect(&displayTimer_, &QTimer::timeout, this, &CoreApplication::DisplayTimerTick);
     WatchSignals();
 }
 
@@ -152,15 +155,28 @@ bool CoreApplication::AskYesNo(std::string_view text, MessageIcon icon, Unanswer
 }
 
 void CoreApplication::SetTimersRunning(bool running) {
+    timersRunning_ = running;
     if (running) {
         if (!progressTimer_.isActive()) progressTimer_.start();
-        // The 10 ms tick draws the analyzer and the oscilloscope; without windows there is
-        // nothing to draw, and waking 100 times a second for nothing costs processor time.
-        if (!options_.headless && !displayTimer_.isActive()) displayTimer_.start();
     } else {
         progressTimer_.stop();
-        displayTimer_.stop();
     }
+    UpdateDisplayTimer();
+}
+
+void CoreApplication::UpdateDisplayTimer() {
+    // The 10 ms tick draws the analyzer and the oscilloscope and feeds the visualization
+    // modules; without windows and modules there is nothing to do, and waking 100 times a
+    // second for nothing costs processor time.
+    const bool wanted = timersRunning_ && !tornDown_ &&
+                        (!options_.headless || core_->Face().GetSettings().enableVisualizationPlugins != 0);
+    if (wanted && !displayTimer_.isActive()) displayTimer_.start();
+    if (!wanted) displayTimer_.stop();
+}
+
+void CoreApplication::DisplayTimerTick() {
+    DisplayTick();
+    core_->VisualizationTick();
 }
 
 void CoreApplication::RefreshNow() {}

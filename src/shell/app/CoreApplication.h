@@ -70,6 +70,7 @@ public:
 
 protected:
     void ProgressTick();
+    // The 10 ms tick: the window's drawing, then the visualization modules.
     virtual void DisplayTick() {}
     // Teardown's first step with windows: the window layout goes into the settings before
     // they are written.
@@ -81,6 +82,10 @@ protected:
 private:
     void WatchSignals();
     void ShowProgressLine();
+    void DisplayTimerTick();
+    // Runs the 10 ms timer while the timers run and something needs it: the windows, or
+    // (headless too) switched-on visualization modules.
+    void UpdateDisplayTimer();
     // The end of a --quit-after-play run: status 0, or kPlayFailedCode after an error.
     void QuitAfterPlay();
 
@@ -91,6 +96,7 @@ private:
     QTimer progressTimer_;
     QTimer displayTimer_;
     bool tornDown_ = false;
+    bool timersRunning_ = false;
     bool startUpScheduled_ = false;
     bool playedSomething_ = false;
     bool errorReported_ = false;  // an error message was shown (headless: printed)

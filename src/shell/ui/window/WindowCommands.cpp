@@ -22,7 +22,6 @@ bool WindowCommands::Run(Action action, const CommandContext& context) {
     switch (action) {
         case Action::kToggleAnalyzer: Toggle(&Settings::frequencyAnalyzer); return true;
         case Action::kToggleOscilloscope: Toggle(&Settings::oscilloscope); return true;
-        case Action::kToggleVisualization: Toggle(&Settings::enableVisualizationPlugins); return true;
         case Action::kTogglePlaylist: Toggle(&Settings::showPlaylist); return true;
         case Action::kMiniWindow: window_.showMinimized(); return true;
         case Action::kNormalWindow:

@@ -2,6 +2,7 @@
 
 #include "plugins/dsp/DspConfigure.h"
 #include "plugins/dsp/DspLibraryList.h"
+#include "plugins/library/ModuleConfigure.h"
 #include "settings/Settings.h"
 #include "shell/Player.h"
 #include "shell/ui/dialogs/options/InputPage.h"
@@ -22,6 +23,25 @@ QString ModuleText(const std::string& library, const std::string& module) { retu
 
 QString MissingText(const DspModuleRef& ref) {
     return QStringLiteral("%1,%2 (not found)").arg(Text(ref.libraryPath)).arg(ref.moduleIndex);
+}
+
+// "Available plug-ins": one row per module of every library found.
+std::vector<AvailableModule> ModulesOf(const std::vector<ModuleLibrary>& found) {
+    std::vector<AvailableModule> modules;
+    for (size_t i = 0; i < found.size(); ++i)
+        for (size_t m = 0; m < found[i].moduleDescriptions.size(); ++m)
+            modules.push_back({i, static_cast<int>(m), found[i].path,
+                               ModuleText(found[i].description, found[i].moduleDescriptions[m])});
+    return modules;
+}
+
+// "Active modules": the module's texts, or the entry as it stands when not found.
+template <typename Kind>
+QString ActiveTextOf(const ModuleLibraryList<Kind>* libraries, const DspModuleRef& ref) {
+    const ModuleLibrary* library = libraries ? libraries->LibraryByPath(ref.libraryPath) : nullptr;
+    if (!library || ref.moduleIndex < 0 || static_cast<size_t>(ref.moduleIndex) >= library->moduleDescriptions.size())
+        return MissingText(ref);
+    return ModuleText(library->description, library->moduleDescriptions[static_cast<size_t>(ref.moduleIndex)]);
 }
 
 // The parent window record plug-ins get: the one the player's plug-ins were loaded with.
@@ -46,21 +66,10 @@ DspPage::~DspPage() = default;
 
 std::vector<AvailableModule> DspPage::FindModules(const std::string& searchPath) {
     libraries_ = std::make_unique<DspLibraryList>(PluginParent(player_), searchPath);
-    std::vector<AvailableModule> modules;
-    const std::vector<DspLibrary>& found = libraries_->libraries();
-    for (size_t i = 0; i < found.size(); ++i)
-        for (size_t m = 0; m < found[i].moduleDescriptions.size(); ++m)
-            modules.push_back({i, static_cast<int>(m), found[i].path,
-                               ModuleText(found[i].description, found[i].moduleDescriptions[m])});
-    return modules;
+    return ModulesOf(libraries_->libraries());
 }
 
-QString DspPage::ActiveText(const DspModuleRef& ref) const {
-    const DspLibrary* library = libraries_ ? libraries_->LibraryByPath(ref.libraryPath) : nullptr;
-    if (!library || ref.moduleIndex < 0 || static_cast<size_t>(ref.moduleIndex) >= library->moduleDescriptions.size())
-        return MissingText(ref);
-    return ModuleText(library->description, library->moduleDescriptions[static_cast<size_t>(ref.moduleIndex)]);
-}
+QString DspPage::ActiveText(const DspModuleRef& ref) const { return ActiveTextOf(libraries_.get(), ref); }
 
 bool DspPage::Configure(const AvailableModule& module) {
     return libraries_ && ConfigureDspModule(*libraries_, module.library, module.module);
@@ -89,32 +98,21 @@ VisualizationPage::VisualizationPage(Player& player, QWidget* parent)
     Load();
 }
 
+VisualizationPage::~VisualizationPage() = default;
+
 std::vector<AvailableModule> VisualizationPage::FindModules(const std::string& searchPath) {
-    libraries_ = FindVisualizationLibraries(searchPath);
-    std::vector<AvailableModule> modules;
-    for (size_t i = 0; i < libraries_.size(); ++i)
-        for (size_t m = 0; m < libraries_[i].modules.size(); ++m)
-            modules.push_back({i, static_cast<int>(m), libraries_[i].path,
-                               ModuleText(libraries_[i].description, libraries_[i].modules[m])});
-    return modules;
+    libraries_ = std::make_unique<VisLibraryList>(PluginParent(player_), searchPath);
+    return ModulesOf(libraries_->libraries());
 }
 
-QString VisualizationPage::ActiveText(const DspModuleRef& ref) const {
-    for (const FoundPluginLibrary& library : libraries_) {
-        if (library.path != ref.libraryPath) continue;
-        if (ref.moduleIndex >= 0 && static_cast<size_t>(ref.moduleIndex) < library.modules.size())
-            return ModuleText(library.description, library.modules[static_cast<size_t>(ref.moduleIndex)]);
-        break;
-    }
-    return MissingText(ref);
-}
+QString VisualizationPage::ActiveText(const DspModuleRef& ref) const { return ActiveTextOf(libraries_.get(), ref); }
 
 bool VisualizationPage::Configure(const AvailableModule& module) {
-    return ConfigureVisualizationModule(module.path, module.module, PluginParent(player_));
+    return libraries_ && ConfigureModule(*libraries_, module.library, module.module);
 }
 
 bool VisualizationPage::ConfigureRef(const DspModuleRef& ref) {
-    return ConfigureVisualizationModule(ref.libraryPath, ref.moduleIndex, PluginParent(player_));
+    return libraries_ && ConfigureModuleByPath(*libraries_, ref.libraryPath, ref.moduleIndex);
 }
 
 void VisualizationPage::Load() {

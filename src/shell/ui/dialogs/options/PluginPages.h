@@ -5,14 +5,15 @@
 // DSP: Apply hands the search path and the active list to the player, which enumerates
 // a changed path anew, rebuilds the DSP host's active list (running streams switch to it
 // at once) and "dspPlugins".
-// Visualization: the libraries with "winampVisGetHeader" on the path; Apply stores
-// "visualizationPluginsSearchPath" and "visualizationPlugins" for the host, which
-// restarts the modules when switched off and on.
+// Visualization: the libraries with "winampVisGetHeader" on the path, found as the host
+// finds them; Apply hands the search path and the list to the player, which restarts
+// running modules with a changed list or path.
 // General purpose: the libraries with "winampGetGeneralPurposePlugin" on the stored path;
 // a changed "generalPurposePluginsSearchPath" takes effect at the next start.
+#include "plugins/dsp/DspForward.h"
+#include "plugins/vis/VisLibraryList.h"
 #include "shell/ui/dialogs/options/OptionsPage.h"
 #include "shell/ui/dialogs/options/PluginListsPage.h"
-#include "plugins/library/PluginScan.h"
 
 #include <memory>
 
@@ -20,7 +21,6 @@ class QListWidget;
 
 namespace verdin {
 
-class DspLibraryList;
 class SearchPathField;
 
 class DspPage : public PluginListsPage {
@@ -45,6 +45,7 @@ class VisualizationPage : public PluginListsPage {
     Q_OBJECT
 public:
     explicit VisualizationPage(Player& player, QWidget* parent = nullptr);
+    ~VisualizationPage() override;
     void Load() override;
     void Apply(Settings& s) override;
 
@@ -55,7 +56,7 @@ protected:
     bool ConfigureRef(const DspModuleRef& ref) override;
 
 private:
-    std::vector<FoundPluginLibrary> libraries_;
+    std::unique_ptr<VisLibraryList> libraries_;
 };
 
 class GeneralPurposePage : public OptionsPage {

@@ -1,12 +1,12 @@
 #pragma once
-// What enumeration learned about one DSP plug-in library. Nothing of it stays loaded:
-// the texts are copies.
+// What enumeration learned about one plug-in library of a module kind (DSP,
+// visualization). Nothing of it stays loaded: the texts are copies.
 #include <string>
 #include <vector>
 
 namespace verdin {
 
-struct DspLibrary {
+struct ModuleLibrary {
     std::string path;         // full path as found on the search path ("dir/name.so")
     std::string description;  // the header's description
     // The modules' descriptions in module order: index i is getModule(i).

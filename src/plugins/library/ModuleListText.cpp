@@ -1,12 +1,12 @@
-#include "DspPluginsText.h"
+#include "ModuleListText.h"
 
 #include "base/SearchPath.h"
 #include "base/Text.h"
 
 namespace verdin {
 
-std::vector<DspModuleRef> ParseDspPlugins(std::string_view text) {
-    std::vector<DspModuleRef> entries;
+std::vector<ModuleRef> ParseModuleList(std::string_view text) {
+    std::vector<ModuleRef> entries;
     // The pieces follow the search-path rule: ";"-terminated, empty ones skipped.
     for (const std::string& piece : SplitSearchPath(text)) {
         const size_t comma = piece.rfind(',');
@@ -19,9 +19,9 @@ std::vector<DspModuleRef> ParseDspPlugins(std::string_view text) {
     return entries;
 }
 
-std::string FormatDspPlugins(std::span<const DspModuleRef> entries) {
+std::string FormatModuleList(std::span<const ModuleRef> entries) {
     std::string text;
-    for (const DspModuleRef& entry : entries) {
+    for (const ModuleRef& entry : entries) {
         text += entry.libraryPath;
         text += ',';
         text += std::to_string(entry.moduleIndex);

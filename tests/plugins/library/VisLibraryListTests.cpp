@@ -1,6 +1,7 @@
-// The visualization libraries on a search path: which are found, in which order, with
-// which descriptions; nothing stays loaded; "Configure" of a module.
-#include "plugins/library/PluginScan.h"
+// The shared library list with the visualization entry point: which libraries are found,
+// in which order, with which descriptions; nothing stays loaded; "Configure" of a module.
+#include "plugins/library/ModuleConfigure.h"
+#include "plugins/vis/VisLibraryList.h"
 
 #include "TempDir.h"
 
@@ -13,8 +14,8 @@
 
 namespace verdin {
 
-bool operator==(const FoundPluginLibrary& a, const FoundPluginLibrary& b) {
-    return a.path == b.path && a.description == b.description && a.modules == b.modules;
+bool operator==(const ModuleLibrary& a, const ModuleLibrary& b) {
+    return a.path == b.path && a.description == b.description && a.moduleDescriptions == b.moduleDescriptions;
 }
 
 namespace {
@@ -31,20 +32,20 @@ void* LoadedHandle(const std::string& path) {
 
 // Copies of the test plug-ins in a private directory, so the build's own holds nothing
 // else; the DSP test plug-ins come first on the path, and are passed over.
-TEST(PluginScan, FindsEachKindAlongTheSearchPathAndLeavesNothingLoaded) {
+TEST(VisLibraryList, FindsEachKindAlongTheSearchPathAndLeavesNothingLoaded) {
     test::TempDir dir;
     for (const char* name : {"scan_endless.so", "scan_vis.so"}) std::filesystem::copy_file(kScanDir + "/" + name, dir.file(name));
     const std::string path = std::string(VERDIN_DSP_TEST_MODULES) + ";;" + dir.str() + ";/no/such/dir";
-    const std::vector<FoundPluginLibrary> expected = {
+    const std::vector<ModuleLibrary> expected = {
         {dir.file("scan_endless.so"), "Endless", std::vector<std::string>(1024, "bars")},
         {dir.file("scan_vis.so"), "Scan Vis", {"bars", "scope"}},
     };
-    EXPECT_EQ(FindVisualizationLibraries(path), expected);
+    EXPECT_EQ(VisLibraryList(nullptr, path).libraries(), expected);
     for (const auto& library : expected) EXPECT_EQ(LoadedHandle(library.path), nullptr) << library.path;
 }
 
 // The module's Config is called with its window and its library's handle filled in.
-TEST(PluginScan, ConfigureHandsTheModuleItsWindowAndLibraryFirst) {
+TEST(VisLibraryList, ConfigureHandsTheModuleItsWindowAndLibraryFirst) {
     const std::string vis = kScanDir + "/scan_vis.so";
     struct Received {
         std::string path;
@@ -58,13 +59,16 @@ TEST(PluginScan, ConfigureHandsTheModuleItsWindowAndLibraryFirst) {
                                 return 0;
                             },
                             &received};
-    const std::tuple<std::string, int, bool> cases[] = {  // library, module, configured
-        {vis, 1, true}, {vis, 0, false},  // "bars" has no Config
-        {vis, 2, false}, {vis, -1, false}, {kScanDir + "/missing.so", 0, false},
-        {std::string(VERDIN_DSP_TEST_MODULES) + "/kit.so", 0, false},  // no visualization library
-    };
-    for (const auto& [path, module, configured] : cases)
-        EXPECT_EQ(ConfigureVisualizationModule(path, module, &window), configured) << path << " " << module;
+    {
+        VisLibraryList libraries(&window, kScanDir + ";" + VERDIN_DSP_TEST_MODULES + ";");
+        const std::tuple<std::string, int, bool> cases[] = {  // library, module, found
+            {vis, 1, true}, {vis, 0, true},  // "bars" has no Config: found, nothing called
+            {vis, 2, false}, {vis, -1, false}, {kScanDir + "/missing.so", 0, false},
+            {std::string(VERDIN_DSP_TEST_MODULES) + "/kit.so", 0, false},  // no visualization library
+        };
+        for (const auto& [path, module, found] : cases)
+            EXPECT_EQ(ConfigureModuleByPath(libraries, path, module), found) << path << " " << module;
+    }
     EXPECT_EQ(received.calls, 1);
     EXPECT_TRUE(received.libraryHandle);
     EXPECT_EQ(LoadedHandle(vis), nullptr);
