@@ -100,7 +100,7 @@ void Player::PreviewEqualizer(bool enabled, const EqualizerValues& values) {
     core_.playback_.ApplyEqualizer(enabled, values);
 }
 
-void Player::TakeAnalyzerSnapshot() { core_.playback_.TakeAnalyzerSnapshot(); }
+void Player::TakeAnalyzerSnapshot() { core_.TakeAnalyzerSnapshot(true); }
 
 bool Player::ChangeSettings(const std::function<void(Settings&)>& change) {
     const Settings before = core_.settings_;

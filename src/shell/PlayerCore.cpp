@@ -65,13 +65,19 @@ void PlayerCore::LoadDspModules() {
 void PlayerCore::VisualizationTick() {
     const Stream* stream = playback_.CurrentStream();
     if (!stream || !vis_.On()) return;
+    sinceSpectrumMs_ += VisHost::kTickMs;
     // The values are read before any module renders: a module may change the track.
     const VisFrame frame{static_cast<int32_t>(stream->Format().sampleRate),
                          static_cast<int32_t>(stream->Format().channels),
-                         [this] { playback_.TakeAnalyzerSnapshot(); },
+                         [this] { TakeAnalyzerSnapshot(sinceSpectrumMs_ >= kSpectrumIntervalMs); },
                          [stream](int channel, int index) { return stream->GetAnalyzerValue(channel, index); },
                          [stream](int channel, int index) { return stream->GetWaveformValue(channel, index); }};
     vis_.RenderTick(frame);
+}
+
+void PlayerCore::TakeAnalyzerSnapshot(bool spectrumDue) {
+    if (spectrumDue) sinceSpectrumMs_ = 0;
+    playback_.TakeAnalyzerSnapshot(spectrumDue);
 }
 
 void PlayerCore::StartUp(std::string_view commandText) {

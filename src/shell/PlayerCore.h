@@ -56,6 +56,9 @@ private:
     // What follows a change of the settings at once, given what they were before.
     void SettingsChanged(const Settings& before);
     void LoadDspModules();
+    // A new spectrum at most every 30 ms, the interval the analyzer display keeps too; the
+    // waveform is taken on every tick.
+    void TakeAnalyzerSnapshot(bool spectrumDue);
 
     Settings& settings_;
     const SettingsEnvironment environment_;
@@ -68,6 +71,10 @@ private:
     // Switched on and off through "enableVisualizationPlugins" (ChangeSettings).
     VisHost vis_{settings_.enableVisualizationPlugins};
     void* mainWindow_ = nullptr;
+    // Milliseconds since the spectrum was last computed, for either the window or the
+    // visualization modules.
+    int32_t sinceSpectrumMs_ = kSpectrumIntervalMs;
+    static constexpr int32_t kSpectrumIntervalMs = 30;
     MainList list_;
     Playback playback_;
     Player face_{*this};

@@ -288,7 +288,7 @@ bool Stream::CanSetVolume() const {
     return device && device->CanSetVolume();
 }
 
-void Stream::TakeAnalyzerSnapshot() {
+void Stream::TakeAnalyzerSnapshot(bool withSpectrum) {
     if (!analyzer_) return;
     StreamOutput* output = Output();
     if (!OutputStarted() || !output) {
@@ -297,7 +297,9 @@ void Stream::TakeAnalyzerSnapshot() {
     }
     const uint32_t position = output->device->GetPlayPosition();
     playPosition_.store(position, std::memory_order_relaxed);
-    analyzer_->Take(std::span<const uint8_t>(output->ring.get(), output->ringBytes), position, format_);
+    const std::span<const uint8_t> ring(output->ring.get(), output->ringBytes);
+    if (withSpectrum) analyzer_->Take(ring, position, format_);
+    else analyzer_->TakeWaveform(ring, position, format_);
 }
 
 int32_t Stream::GetAnalyzerValue(int channel, int index) const {

@@ -116,8 +116,9 @@ public:
     bool CanSetVolume() const;
 
     // The analyzer's view of the ring at the play position (all zero before the output
-    // has started): 2 channels x 576 spectrum values 0..255 and waveform samples.
-    void TakeAnalyzerSnapshot();
+    // has started): 2 channels x 576 spectrum values 0..255 and waveform samples. Without
+    // withSpectrum only the waveform is taken; the spectrum keeps its last values.
+    void TakeAnalyzerSnapshot(bool withSpectrum = true);
     int32_t GetAnalyzerValue(int channel, int index) const;
     int32_t GetWaveformValue(int channel, int index) const;
     void UpdatePlayPosition();

@@ -79,8 +79,8 @@ public:
     // These equalizer values to the playing streams, the settings untouched.
     void ApplyEqualizer(bool enabled, const EqualizerValues& values);
     // The analyzer's view of what plays now (Stream::TakeAnalyzerSnapshot).
-    void TakeAnalyzerSnapshot() {
-        if (current_) current_->TakeAnalyzerSnapshot();
+    void TakeAnalyzerSnapshot(bool withSpectrum = true) {
+        if (current_) current_->TakeAnalyzerSnapshot(withSpectrum);
     }
     // The settings that decide what follows changed (loop, shuffle): prepare it anew.
     void FollowingChanged();
