@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # Makes the pictures in data/screenshots/ under Xvfb, from the real player in a home of its
-# own: the main window while the demo plays, the graphic equalizer, the options dialog.
+# own: the main window while the demo plays, the graphic equalizer, the options dialog and
+# the bundled bars visualization plug-in.
 # Not part of CI; installs what it needs (Xvfb, ImageMagick, the X utilities).
 #   scripts/screenshots.sh [build dir]
 set -euo pipefail
@@ -19,7 +20,7 @@ if [ "${VERDIN_SCREENSHOTS_INSIDE:-}" != 1 ]; then
     [ "$(id -u)" -ne 0 ] && sudo_cmd=(sudo)
     DEBIAN_FRONTEND=noninteractive "${sudo_cmd[@]}" apt-get install -y -qq --no-install-recommends "${missing[@]}"
   fi
-  cmake --build "$build" --target verdin verdin_demo WAV_Verdin
+  cmake --build "$build" --target verdin verdin_demo WAV_Verdin Bars_Verdin
   export VERDIN_SCREENSHOTS_INSIDE=1
   exec xvfb-run -a -s "-screen 0 1280x800x24" dbus-run-session -- "$0" "$build"
 fi
@@ -51,6 +52,14 @@ XDG_RUNTIME_DIR="$home/pulse" PULSE_RUNTIME_PATH="$home/pulse" HOME="$home" \
 server=$!
 export PULSE_SERVER="unix:$home/pulse/socket"
 wait_for pactl info
+# A first run writes the settings; the bars plug-in then goes on the visualization list.
+"$build/bin/verdin" --headless &
+player=$!
+wait_for call Status
+call Quit >/dev/null
+wait "$player"
+sed -i "s|^visualizationPlugins=.*|visualizationPlugins=\"$build/lib/verdin/Plug-ins/Bars_Verdin.so,0;\"|" \
+  "$XDG_CONFIG_HOME/Brimfell/Verdin.conf"
 "$build/bin/verdin" /PLAY "$build/share/verdin/demo/Verdin Demo.vdp" &
 player=$!
 wait_for call Status
@@ -61,6 +70,12 @@ played_enough() { [ "$(call Position | sed -E 's/^\(uint32 ([0-9]+),\)$/\1/')" -
 wait_for played_enough
 caption=$(call Caption | sed -E "s/^\('(.*)',\)$/\1/")
 snap "$caption" main-window.png
+# Visualization on: the bars plug-in opens its window; a second of sound fills its bars.
+call Command 50113 >/dev/null
+wait_for xwininfo -name "Verdin Bars"
+sleep 1
+snap "Verdin Bars" vis-bars.png
+call Command 50113 >/dev/null
 call Command 50096 >/dev/null
 snap "Graphic Equalizer" equalizer.png
 # The options dialog is modal: its command answers only once it closes.

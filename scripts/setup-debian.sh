@@ -14,6 +14,7 @@ packages=(
   libsndfile1-dev                     # WAV/AIFF/FLAC/Ogg input plug-in
   libtag1-dev zlib1g-dev              # tags
   libdbus-1-dev                       # the notification plug-in's session bus client
+  libx11-dev                          # the bars plug-in's window
   libgtest-dev libbenchmark-dev       # tests and benchmarks
   libfftw3-dev                        # the transform benchmark's reference only
   # test environment: real servers and clients started by the tests
