@@ -6,6 +6,10 @@
  */
 #include "TestVisState.h"
 
+/* Every SDK header, so that the build against the installed copy compiles them all as C. */
+#include <verdin/dsp.h>
+#include <verdin/gen.h>
+#include <verdin/input.h>
 #include <verdin/vis.h>
 #include <verdin/window.h>
 
