@@ -61,6 +61,12 @@ std::string Player::Caption() const {
     return ExpandWindowTitle(MakeState(*this));
 }
 
+std::string Player::FormatStatus(std::string_view statusTemplate) const {
+    TitleState state = MakeState(*this);
+    state.templates.statusString = statusTemplate;
+    return ExpandStatusString(state);
+}
+
 std::string Player::TrackTitle(const TrackRecord& track) const {
     return ExpandTrackTitle(track, GetSettings().trackTitleTemplate);
 }

@@ -65,6 +65,8 @@ public:
     bool PositionHold() const;
     std::string StatusText() const;
     std::string Caption() const;
+    // Any template filled in as the status line's is, times included.
+    std::string FormatStatus(std::string_view statusTemplate) const;
     std::string TrackTitle(const TrackRecord& track) const;
     RowCells CellsOfRow(int row) const;
 

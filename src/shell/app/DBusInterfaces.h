@@ -12,6 +12,9 @@
 //       Status() -> s          the status line      Caption() -> s   the window caption
 //       PlayerStatus() -> s    "playing", "paused" or "stopped"
 //       Position() -> u        milliseconds into the current track
+//       SeekTo(u ms)           SeekBy(i ms)
+//       Volume() -> u          SetVolume(u percent)   the main volume, 0..100 percent
+//       FormatStatus(s) -> s   a template filled in as the status line's template is
 //       SavePlaylist(s path)   the main playlist, in the format of the name's extension
 //                              (".m3u", ".pls", else ".vdp"); an error reply on failure
 //       Quit()

@@ -9,6 +9,9 @@
 #include <QDBusMetaType>
 #include <QTimer>
 
+#include <algorithm>
+#include <cmath>
+
 namespace verdin {
 
 QDBusArgument& operator<<(QDBusArgument& argument, const RowReply& row) {
@@ -89,6 +92,33 @@ QString PlayerObject::PlayerStatus() {
 uint PlayerObject::Position() {
     application_.EnsureStarted();
     return application_.GetPlayer().PositionMs();
+}
+
+void PlayerObject::SeekTo(uint milliseconds) {
+    application_.EnsureStarted();
+    application_.GetPlayer().SeekTo(milliseconds);
+}
+
+void PlayerObject::SeekBy(int milliseconds) {
+    application_.EnsureStarted();
+    application_.GetPlayer().SeekBy(milliseconds);
+}
+
+uint PlayerObject::Volume() {
+    application_.EnsureStarted();
+    return static_cast<uint>(std::lround(application_.GetPlayer().GetSettings().Volume() * 100.0 / 65535));
+}
+
+void PlayerObject::SetVolume(uint percent) {
+    application_.EnsureStarted();
+    Player& player = application_.GetPlayer();
+    const long target = std::lround(std::min(percent, 100u) * 65535.0 / 100);
+    player.ChangeVolume(static_cast<int>(target - player.GetSettings().Volume()));
+}
+
+QString PlayerObject::FormatStatus(const QString& statusTemplate) {
+    application_.EnsureStarted();
+    return QString::fromStdString(application_.GetPlayer().FormatStatus(statusTemplate.toStdString()));
 }
 
 void PlayerObject::SavePlaylist(const QString& path) {

@@ -48,6 +48,11 @@ public slots:
     QString Caption();
     QString PlayerStatus();
     uint Position();
+    void SeekTo(uint milliseconds);
+    void SeekBy(int milliseconds);
+    uint Volume();
+    void SetVolume(uint percent);
+    QString FormatStatus(const QString& statusTemplate);
     void SavePlaylist(const QString& path);
     void Quit();
 
