@@ -108,11 +108,44 @@ TEST_F(SystemTest, KillingThePlayerWhileItSavesNeverLeavesABrokenFile) {
 }
 
 TEST_F(SystemTest, HelpAndVersionAnswerWithoutStartingAPlayer) {
-    for (const auto& [option, code, text] :
-         {std::tuple{"--help", 0, "--headless"}, {"--version", 0, "Verdin "}, {"--no-such-option", 2, ""}}) {
+    for (const auto& [option, code, text] : {std::tuple{"--help", 0, "--headless"}, {"--version", 0, "Verdin "},
+                                             {"--no-such-option", 2, ""}, {"--seek=+", 2, "--seek=+"},
+                                             {"--play", 1, "Verdin: no running player to control."}}) {
         const auto [exitCode, output] = RunSecondStart(home_, bus_, {option});
         EXPECT_TRUE(exitCode == code && output.find(text) != std::string::npos) << option << ": " << output;
     }
+}
+
+// Remote requests run in the order given, through the running player's commands.
+TEST_F(SystemTest, RemoteRequestsSteerTheRunningPlayer) {
+    SeedSettings([](Settings& s) { UseNullSoundCard(s); });
+    auto player = Start({"--headless", Tone("a.wav", 30, 440), Tone("b.wav", 30, 550)});
+    const struct {
+        std::vector<std::string> requests;
+        std::string status;
+        int row;
+    } steps[] = {
+        {{"--pause"}, "stopped", 0},
+        {{"--play-pause"}, "playing", 0},
+        {{"--pause"}, "paused", 0},
+        {{"--play"}, "playing", 0},
+        {{"--next"}, "playing", 1},
+        {{"--previous", "--play-pause", "--play-pause"}, "playing", 0},
+    };
+    for (const auto& step : steps) {
+        const auto [code, output] = RunSecondStart(home_, bus_, step.requests);
+        EXPECT_EQ(code, 0) << output;
+        EXPECT_EQ(player->Status(), step.status) << step.requests[0];
+        EXPECT_EQ(player->CurrentRow(), step.row) << step.requests[0];
+    }
+    // Playing on does not start the track again; volumes are percent.
+    const auto [code, output] = RunSecondStart(
+        home_, bus_, {"--seek=20", "--seek=-8.5", "--play", "--volume=40", "--volume=+15", "--current=%title% %status%"});
+    EXPECT_EQ(code, 0);
+    EXPECT_EQ(output, "a playing\n");
+    const uint32_t position = std::stoul(player->Call("Position")->substr(8));
+    EXPECT_TRUE(position >= 11000 && position < 20000) << position;
+    EXPECT_EQ(player->Call("Volume"), "(uint32 55,)");
 }
 
 }  // namespace

@@ -1,10 +1,12 @@
 // verdin: the player. A second start hands its command text to the running instance and
-// ends; otherwise this process becomes the player, without windows (--headless, or when
-// there is no display) or with them (the window library, loaded only then, so that the
-// headless player and the hand-over never load the widget libraries).
+// ends, as does a remote request (--play, --next, ...); otherwise this process becomes
+// the player, without windows (--headless, or when there is no display) or with them (the
+// window library, loaded only then, so that the headless player and the hand-over never
+// load the widget libraries).
 #include "shell/app/CommandLine.h"
 #include "shell/app/CoreApplication.h"
 #include "shell/app/DBusInterfaces.h"
+#include "shell/app/RemoteControl.h"
 #include "shell/app/WindowLibrary.h"
 
 #include <QCoreApplication>
@@ -48,6 +50,14 @@ int main(int argc, char** argv) {
     if (!line.unknownOption.empty()) {
         std::fprintf(stderr, "verdin: unknown option %s\n%s", line.unknownOption.c_str(), verdin::kUsageText);
         return 2;
+    }
+    if (!line.remote.empty()) {
+        // Remote control never starts a player; paths given too go to the running one first.
+        if (!line.commandText.empty() && !verdin::HandOverCommandText(line.commandText)) {
+            std::fputs("Verdin: no running player to control.\n", stderr);
+            return 1;
+        }
+        return verdin::RunRemoteRequests(line.remote);
     }
     if (verdin::HandOverCommandText(line.commandText)) return 0;
 
