@@ -17,7 +17,9 @@ bool HandOverCommandText(const std::string& text) {
     QStringDecoder fromUtf8(QStringDecoder::Utf8);
     call << QString(fromUtf8(QByteArrayView(text.data(), static_cast<qsizetype>(text.size()))));
     // Without an instance the bus answers at once (no such name); a running instance
-    // answers when it has run the text.
+    // answers when it has run the text. The bus must not start a player for us: this
+    // process becomes the player then, with its own options and environment.
+    call.setAutoStartService(false);
     const QDBusMessage reply = bus.call(call, QDBus::Block, 30000);
     if (reply.type() != QDBusMessage::ReplyMessage) return false;
     if (fromUtf8.hasError())

@@ -25,9 +25,11 @@ public:
 
     // The reply's first value; nothing (and the reason printed) when the call failed.
     std::optional<QVariant> Call(const char* method, const QVariantList& arguments = {}) {
-        QDBusMessage call = QDBusMessage::createMethodCall(QString::fromLatin1(kBusName), QString::fromLatin1(kPlayerPath),
-                                                           QString::fromLatin1(kPlayerInterface), QString::fromLatin1(method));
+        QDBusMessage call =
+            QDBusMessage::createMethodCall(QString::fromLatin1(kBusName), QString::fromLatin1(kPlayerPath),
+                                           QString::fromLatin1(kPlayerInterface), QString::fromLatin1(method));
         call.setArguments(arguments);
+        call.setAutoStartService(false);
         const QDBusMessage reply = bus_.call(call, QDBus::Block, 30000);
         if (reply.type() != QDBusMessage::ReplyMessage) {
             std::fprintf(stderr, "Verdin: the running player did not answer %s: %s\n", method,
@@ -54,8 +56,8 @@ public:
             }
             case Kind::kVolume: return Volume(request);
             case Kind::kCurrent: {
-                const std::optional<QVariant> text =
-                    request.format.empty() ? Call("Caption") : Call("FormatStatus", {QString::fromStdString(request.format)});
+                const QString format = QString::fromStdString(request.format);
+                const std::optional<QVariant> text = format.isEmpty() ? Call("Caption") : Call("FormatStatus", {format});
                 if (text) std::printf("%s\n", qPrintable(text->toString()));
                 return text.has_value();
             }
