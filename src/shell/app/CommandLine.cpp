@@ -1,5 +1,6 @@
 #include "CommandLine.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstdlib>
 #include <cstring>
@@ -10,6 +11,8 @@ namespace verdin {
 
 const char* const kUsageText =
     "Usage: verdin [--headless] [--quit-after-play] [/PLAY] [path...]\n"
+    "       verdin --install | --uninstall | --associations\n"
+    "       verdin --associate [ext...] | --unassociate [ext...]\n"
     "       verdin --play | --pause | --play-pause | --stop | --next | --previous\n"
     "              | --seek=[+|-]SECONDS | --volume=[+|-]PERCENT | --current[=FORMAT] ...\n"
     "\n"
@@ -20,6 +23,13 @@ const char* const kUsageText =
     "  --quit-after-play  end when playback ends\n"
     "  --help             show this text\n"
     "  --version          show the version\n"
+    "\n"
+    "Desktop set-up for the user who runs it (no player is started):\n"
+    "  --install          menu entry, file classes, icon and UninstallVerdin.sh\n"
+    "  --uninstall        remove them, the settings and the associations\n"
+    "  --associate        make Verdin the default for these extensions (all it plays\n"
+    "                     when none are given); --unassociate gives them back\n"
+    "  --associations     print each extension's state: yes, no (another program) or none\n"
     "\n"
     "Remote control of the running Verdin, in the order given (no player is started):\n"
     "  --play             resume when paused, play when stopped\n"
@@ -76,15 +86,37 @@ std::optional<RemoteRequest> ParseRemote(std::string_view arg) {
     return std::nullopt;
 }
 
+struct SetupOption {
+    const char* option;
+    SetupMode mode;
+};
+
+constexpr SetupOption kSetupOptions[] = {
+    {"--install", SetupMode::kInstall},         {"--uninstall", SetupMode::kUninstall},
+    {"--associate", SetupMode::kAssociate},     {"--unassociate", SetupMode::kUnassociate},
+    {"--associations", SetupMode::kAssociations},
+};
+
 }  // namespace
 
 CommandLine ParseCommandLine(int argc, const char* const* argv) {
     CommandLine line;
+    // The installer's and the uninstall script's calls: the first byte decides.
+    if (argc > 1 && static_cast<unsigned char>(argv[1][0]) == 0xB5) line.setup = SetupMode::kInstall;
+    if (argc > 1 && argv[1][0] == ':') line.setup = SetupMode::kUninstall;
+    if (line.setup != SetupMode::kNone) return line;
     bool optionsDone = false;
     for (int i = 1; i < argc; ++i) {
         const char* arg = argv[i];
+        if (line.setup == SetupMode::kAssociate || line.setup == SetupMode::kUnassociate) {
+            line.extensions.push_back(arg[0] == '.' ? std::string(arg) : "." + std::string(arg));
+            continue;
+        }
         if (!optionsDone && std::strncmp(arg, "--", 2) == 0) {
-            if (std::strcmp(arg, "--") == 0) optionsDone = true;
+            const auto setup = std::find_if(std::begin(kSetupOptions), std::end(kSetupOptions),
+                                            [arg](const SetupOption& o) { return std::strcmp(arg, o.option) == 0; });
+            if (setup != std::end(kSetupOptions)) line.setup = setup->mode;
+            else if (std::strcmp(arg, "--") == 0) optionsDone = true;
             else if (std::strcmp(arg, "--headless") == 0) line.headless = true;
             else if (std::strcmp(arg, "--quit-after-play") == 0) line.quitAfterPlay = true;
             else if (std::strcmp(arg, "--help") == 0) line.help = true;
