@@ -24,16 +24,21 @@ SettingsEnvironment Environment(const TempDir& dir) {
 
 }  // namespace
 
-WindowHome::WindowHome() : savedDataHome_(qgetenv("XDG_DATA_HOME")) {
+WindowHome::WindowHome() : savedDataHome_(qgetenv("XDG_DATA_HOME")), savedConfigHome_(qgetenv("XDG_CONFIG_HOME")) {
     for (const char* sub : {"config", "config/Brimfell", "data", "data/Brimfell", "data/Brimfell/Verdin", "music"})
         ::mkdir(dir_.file(sub).c_str(), 0700);
     // QSettings keeps its user path for the process; it is set for each home instead.
     QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, QString::fromStdString(dir_.file("config")));
+    // The desktop's files too (the options write file associations there).
     qputenv("XDG_DATA_HOME", QByteArray::fromStdString(dir_.file("data")));
+    qputenv("XDG_CONFIG_HOME", QByteArray::fromStdString(dir_.file("config")));
     Seed();
 }
 
-WindowHome::~WindowHome() { qputenv("XDG_DATA_HOME", savedDataHome_); }
+WindowHome::~WindowHome() {
+    qputenv("XDG_DATA_HOME", savedDataHome_);
+    qputenv("XDG_CONFIG_HOME", savedConfigHome_);
+}
 
 void WindowHome::Seed(const std::function<void(Settings&)>& change) {
     Settings settings;

@@ -39,7 +39,7 @@ public:
 
 private:
     TempDir dir_;
-    QByteArray savedDataHome_;
+    QByteArray savedDataHome_, savedConfigHome_;
 };
 
 class WindowRun {

@@ -3,6 +3,7 @@
 #include "engine/input/InputModuleList.h"
 #include "settings/Settings.h"
 #include "shell/Player.h"
+#include "shell/ui/dialogs/options/FileTypesBox.h"
 #include "shell/ui/dialogs/options/OptionWidgets.h"
 
 #include <QGridLayout>
@@ -45,6 +46,8 @@ InputPage::InputPage(Player& player, QWidget* parent) : OptionsPage(QStringLiter
     searchPath_->Edit()->setObjectName(QStringLiteral("inputPluginsSearchPath"));
     searchLayout->addWidget(searchPath_);
     layout->addWidget(search);
+    fileTypes_ = new FileTypesBox(player_.Modules(), this);
+    layout->addWidget(fileTypes_);
 
     const InputModuleList& list = player_.Modules();
     for (size_t i = 0; i < list.ModuleCount(); ++i) modules_->addItem(DescriptionOf(list.ModuleAt(i)));
@@ -78,8 +81,14 @@ bool InputPage::AboutSelected() {
     return true;
 }
 
-void InputPage::Load() { searchPath_->SetText(QString::fromStdString(CurrentSettings().inputPluginsSearchPath)); }
+void InputPage::Load() {
+    searchPath_->SetText(QString::fromStdString(CurrentSettings().inputPluginsSearchPath));
+    fileTypes_->Load();
+}
 
-void InputPage::Apply(Settings& s) { s.inputPluginsSearchPath = searchPath_->Text().toStdString(); }
+void InputPage::Apply(Settings& s) {
+    s.inputPluginsSearchPath = searchPath_->Text().toStdString();
+    fileTypes_->Apply();
+}
 
 }  // namespace verdin

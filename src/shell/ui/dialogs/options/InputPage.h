@@ -1,7 +1,7 @@
 #pragma once
 // "Input": the input plug-ins loaded at start-up, in load order, with their own
-// "Configure" and "About", and where they are searched ("inputPluginsSearchPath"; used
-// at the next start).
+// "Configure" and "About", where they are searched ("inputPluginsSearchPath"; used at
+// the next start), and the file types the desktop opens with Verdin.
 #include "shell/ui/dialogs/options/OptionsPage.h"
 
 class QListWidget;
@@ -9,6 +9,7 @@ class QPushButton;
 
 namespace verdin {
 
+class FileTypesBox;
 class SearchPathField;
 
 // The note under every plug-in search path that is read only at start-up.
@@ -24,6 +25,7 @@ public:
 
     QListWidget* Modules() const { return modules_; }
     SearchPathField* SearchPath() const { return searchPath_; }
+    FileTypesBox* FileTypes() const { return fileTypes_; }
     // The selected module's Configure / About; false without a selection.
     bool ConfigureSelected();
     bool AboutSelected();
@@ -35,6 +37,7 @@ private:
     QPushButton* configure_ = nullptr;
     QPushButton* about_ = nullptr;
     SearchPathField* searchPath_ = nullptr;
+    FileTypesBox* fileTypes_ = nullptr;
 };
 
 }  // namespace verdin
