@@ -70,6 +70,7 @@ void MiniWindow::ShowPlaced() {
     }
     if (!isVisible()) resize(ContentWidth() + 2 * kMiniFrame, height());
     MoveSnapped(topLeft);
+    placed_ = true;
     show();
     raise();
 }
@@ -92,6 +93,7 @@ void MiniWindow::MoveSnapped(QPoint topLeft) {
 }
 
 void MiniWindow::Store() {
+    if (!placed_) return;
     const QRect now = geometry();
     player_.ChangeSettings([&](Settings& settings) {
         settings.miniWindowX = now.x();
@@ -108,7 +110,7 @@ void MiniWindow::Refresh(unsigned changes) {
     status_->SetText(QString::fromStdString(player_.StatusText()));
     position_->Refresh();
     // Turning the position bar on or off changes the height.
-    if (ShowsPosition() != shownPosition_) MoveSnapped(pos());
+    if (placed_ && ShowsPosition() != shownPosition_) MoveSnapped(pos());
 }
 
 void MiniWindow::LayOutChildren() {

@@ -33,7 +33,8 @@ public:
     void ShowPlaced();
     // Moves towards the top-left corner given, snapping and keeping to the screen.
     void MoveSnapped(QPoint topLeft);
-    // Writes x, y and width into the settings (the teardown does this).
+    // Writes x, y and width into the settings (the teardown does this), once the window
+    // has been placed: until then the settings keep saying it was never placed.
     void Store();
 
     StatusWindow& Status() { return *status_; }
@@ -60,6 +61,7 @@ private:
     StatusWindow* status_;
     PositionControl* position_;
     bool shownPosition_ = false;
+    bool placed_ = false;
     bool dragging_ = false;
     QPoint grab_;  // where in the window the drag took hold
 };

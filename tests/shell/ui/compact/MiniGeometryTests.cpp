@@ -29,7 +29,6 @@ TEST(PlaceMiniWindow, SizesSnapsToScreenAndPanelEdgesAndStaysOnScreen) {
         {"top under a top panel", {300, 33, 206, 26}, 200, true, kScreen, {0, 0, 1280, 30}, {300, 30, 206, 26}},
         {"left beside a left panel", {45, 300, 206, 26}, 200, true, kScreen, {0, 0, 40, 800}, {40, 300, 206, 26}},
         {"position bar on: 20 to 26", {300, 300, 206, 20}, 200, true, kScreen, kBottomPanel, {300, 300, 206, 26}},
-        {"position bar off", {300, 300, 206, 26}, 200, false, kScreen, kBottomPanel, {300, 300, 206, 20}},
         {"wider: the right edge stays", {500, 300, 206, 26}, 300, true, kScreen, kBottomPanel, {400, 300, 306, 26}},
         {"off the bottom left", {-50, 900, 206, 26}, 200, true, kScreen, kNoPanel, {0, 774, 206, 26}},
         {"off the right", {1200, 100, 206, 26}, 200, true, kScreen, kNoPanel, {1074, 100, 206, 26}},
