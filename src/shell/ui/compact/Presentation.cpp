@@ -102,7 +102,7 @@ void Presentation::MiniOrMinimize() {
 }
 
 void Presentation::NormalWindow() {
-    Restore();
+    tray_->Hide();
     SetFlag(0, false);
     ShowInUse();
 }
