@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # Makes the pictures in data/screenshots/ under Xvfb, from the real player in a home of its
-# own: the main window while the demo plays, the graphic equalizer, the options dialog and
-# the bundled bars visualization plug-in.
+# own: the main window while the demo plays, the graphic equalizer, the mini window, the
+# options dialog and the bundled bars visualization plug-in.
 # Not part of CI; installs what it needs (Xvfb, ImageMagick, the X utilities).
 #   scripts/screenshots.sh [build dir]
 set -euo pipefail
@@ -78,6 +78,10 @@ snap "Verdin Bars" vis-bars.png
 call Command 50113 >/dev/null
 call Command 50096 >/dev/null
 snap "Graphic Equalizer" equalizer.png
+# The mini window (keypad minus) while the demo plays on, then the main window again.
+call Command 50086 >/dev/null
+snap "VerdinMiniWindow" mini-window.png
+call Command 50087 >/dev/null
 # The options dialog is modal: its command answers only once it closes.
 (call Command 50031 >/dev/null 2>&1 &)
 snap "Options" options-general.png

@@ -3,6 +3,7 @@
 #include "playlist/Playlist.h"
 #include "shell/ui/WindowHost.h"
 #include "shell/ui/analyzer/ScopeWindow.h"
+#include "shell/ui/compact/Presentation.h"
 #include "shell/ui/controls/PositionControl.h"
 #include "shell/ui/controls/ScrollCodes.h"
 #include "shell/ui/controls/StatusWindow.h"
@@ -91,6 +92,7 @@ MainWindow::MainWindow(WindowApplication& application)
         resize(780, 520);
     ApplySettings(true);
     view_->setFocus();
+    compact_ = new Presentation(*this);
     listener_ = player_.Listen([this](unsigned changes) { RefreshDisplays(changes); });
 }
 
@@ -467,6 +469,8 @@ void MainWindow::changeEvent(QEvent* event) {
         analyzer_->update();
         oscilloscope_->update();
     }
+    // The title bar's minimize: the window goes behind the notification icon.
+    if (event->type() == QEvent::WindowStateChange && isMinimized() && compact_) compact_->MinimizedByDesktop();
 }
 
 bool MainWindow::event(QEvent* event) {

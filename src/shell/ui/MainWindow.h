@@ -24,6 +24,7 @@ class InformationRetrieval;
 class PlaylistModel;
 class PlaylistView;
 class PositionControl;
+class Presentation;
 class ScopeWindow;
 class StatusWindow;
 class VolumeControl;
@@ -82,6 +83,8 @@ public:
     QLabel& SelectionSummaryLabel() { return *selectionSummary_; }
     QProgressBar& RetrievalProgress() { return *progress_; }
     bool VolumeControlEnabled() const { return volumeEnabled_; }
+    // The mini window and the notification icon, and which window shows.
+    Presentation& Compact() { return *compact_; }
 
 protected:
     void closeEvent(QCloseEvent* event) override;
@@ -132,6 +135,7 @@ private:
     QProgressBar* progress_ = nullptr;
     QWidget* decoy_ = nullptr;
     InformationRetrieval* retrieval_ = nullptr;
+    Presentation* compact_ = nullptr;
     std::vector<std::pair<uint32_t, QAction*>> checkButtons_;
     // Tracks added without their information, held back while an addition is still
     // going in, so that they are read in a few large jobs rather than many small ones.

@@ -2,6 +2,7 @@
 
 #include "shell/ui/MainWindow.h"
 #include "shell/ui/MessageBoxes.h"
+#include "shell/ui/compact/Presentation.h"
 
 #include <QApplication>
 
@@ -15,10 +16,10 @@ void WindowApplication::StartWithWindows() {
     window_ = std::make_unique<MainWindow>(*this);
     StartUp();
     window_->RefreshDisplays(~0u);
-    window_->show();
+    window_->Compact().ShowAtStart();
 }
 
-QWidget* WindowApplication::DialogOwner() const { return window_.get(); }
+QWidget* WindowApplication::DialogOwner() const { return window_ ? window_->Compact().Owner() : nullptr; }
 
 void WindowApplication::ShowMessage(std::string_view text, MessageIcon icon) {
     ShowMessageBox(DialogOwner(), text, icon);
@@ -42,7 +43,9 @@ void WindowApplication::DisplayTick() {
 }
 
 void WindowApplication::StoreWindowState() {
-    if (window_) window_->StoreLayout();
+    if (!window_) return;
+    window_->StoreLayout();
+    window_->Compact().Store();
 }
 
 }  // namespace verdin

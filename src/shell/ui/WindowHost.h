@@ -19,7 +19,8 @@ public:
     explicit WindowApplication(RunOptions options);
     ~WindowApplication() override;
 
-    // Creates the main window (hidden), runs the deferred start-up, then shows it.
+    // Creates the main window (hidden), runs the deferred start-up, then shows the main or
+    // the mini window, or only the notification icon when the player was closed minimized.
     void StartWithWindows();
     MainWindow* Window() const { return window_.get(); }
     // The window that owns dialogs and message boxes.

@@ -1,7 +1,7 @@
 #pragma once
 // The accelerator table: every key of the command table as a shortcut of the main window
-// (numeric-keypad minus and plus included). Keys work wherever the focus is inside the
-// main window; they run the key's action.
+// and of the mini window (numeric-keypad minus and plus included). Keys work wherever the
+// focus is inside the window; they run the key's action.
 #include "shell/CommandTable.h"
 
 #include <QKeySequence>

@@ -4,6 +4,7 @@
 #include "settings/Settings.h"
 #include "shell/ui/MainWindow.h"
 #include "shell/ui/WindowHost.h"
+#include "shell/ui/compact/Presentation.h"
 #include "shell/ui/dialogs/Dialogs.h"
 #include "shell/ui/dialogs/common/KeptRow.h"
 #include "shell/ui/files/FileDialogs.h"
@@ -23,12 +24,8 @@ bool WindowCommands::Run(Action action, const CommandContext& context) {
         case Action::kToggleAnalyzer: Toggle(&Settings::frequencyAnalyzer); return true;
         case Action::kToggleOscilloscope: Toggle(&Settings::oscilloscope); return true;
         case Action::kTogglePlaylist: Toggle(&Settings::showPlaylist); return true;
-        case Action::kMiniWindow: window_.showMinimized(); return true;
-        case Action::kNormalWindow:
-            window_.showNormal();
-            window_.raise();
-            window_.activateWindow();
-            return true;
+        case Action::kMiniWindow: window_.Compact().MiniOrMinimize(); return true;
+        case Action::kNormalWindow: window_.Compact().NormalWindow(); return true;
         case Action::kOptions:
         case Action::kPlugIns:
             ShowOptions(Owner(), player_, action == Action::kPlugIns ? "Digital Signal Processing (DSP)" : "");

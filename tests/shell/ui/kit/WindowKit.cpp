@@ -75,7 +75,9 @@ WindowRun::WindowRun(const std::string& commandText) {
     options.commandText = commandText;
     app_ = std::make_unique<WindowApplication>(options);
     app_->StartWithWindows();
-    // Keys reach the accelerators of the active window only.
+    // Keys reach the accelerators of the active window only (the main window may stay
+    // hidden behind the mini window or the icon).
+    if (!app_->Window()->isVisible()) return;
     app_->Window()->activateWindow();
     QVERIFY(QTest::qWaitForWindowActive(app_->Window()));
 }
