@@ -47,7 +47,6 @@ QWidget* Presentation::Owner() const {
 }
 
 bool Presentation::UseIcon() {
-    if (player_.GetSettings().useTrayIcon == 0) return false;
     if (trayCheck()) return true;
     SayNoIcon();
     return false;
@@ -129,7 +128,7 @@ void Presentation::Restore() {
 }
 
 void Presentation::MinimizedByDesktop() {
-    if (player_.GetSettings().minimized || player_.GetSettings().useTrayIcon == 0) return;
+    if (player_.GetSettings().minimized) return;
     if (!trayCheck()) return SayNoIcon();
     // Not within the state change being reported.
     QTimer::singleShot(0, this, [this] {

@@ -4,9 +4,9 @@
 // use, "minimized" that it is hidden behind the icon; both are kept in the settings, so a
 // player closed while minimized starts hidden behind its icon.
 //
-// Without a notification area on the desktop (or with "useTrayIcon" cleared) minimizing
-// is the desktop's own minimize; the player says once per run why it did not go to the
-// icon. User-interface thread only.
+// Minimizing always goes behind the icon. Only a desktop without a notification area
+// makes it the desktop's own minimize; the player says once per run why it did not go to
+// the icon. User-interface thread only.
 #include <QObject>
 #include <memory>
 
