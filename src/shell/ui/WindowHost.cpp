@@ -20,6 +20,13 @@ void WindowApplication::StartWithWindows() {
 
 QWidget* WindowApplication::DialogOwner() const { return window_.get(); }
 
+void WindowApplication::RaiseWindow() {
+    if (!window_) return;
+    window_->showNormal();
+    window_->raise();
+    window_->activateWindow();
+}
+
 void WindowApplication::ShowMessage(std::string_view text, MessageIcon icon) {
     ShowMessageBox(DialogOwner(), text, icon);
 }

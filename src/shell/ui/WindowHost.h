@@ -31,6 +31,7 @@ public:
     void RefreshNow() override;
     void WindowCommandUnavailable(std::string_view command) override;
     bool DispatchCommand(uint32_t id) override;
+    void RaiseWindow() override;
 
 protected:
     void DisplayTick() override;
