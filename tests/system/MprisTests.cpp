@@ -55,7 +55,7 @@ TEST_F(MprisTest, ControllersDriveThePlayerAndHearOfEveryChange) {
     auto player = Start({"--headless", first, second});
     ASSERT_EQ(CtlShows({"status"}, "Stopped"), "Stopped") << player->Output();
     TempDir logs;
-    const pid_t monitor = SpawnProcess({"dbus-monitor", "--session", "path=/org/mpris/MediaPlayer2"},
+    const pid_t monitor = SpawnProcess({"dbus-monitor", "--session", "type=signal,path=/org/mpris/MediaPlayer2"},
                                        {"DBUS_SESSION_BUS_ADDRESS=" + bus_.Address()}, logs.file("signals"));
     const auto signals = [&] { return FileExists(logs.file("signals")) ? ReadFile(logs.file("signals")) : ""; };
     ASSERT_TRUE(WaitFor([&] { return signals().find("NameAcquired") != std::string::npos; }, 5s));
@@ -112,10 +112,19 @@ TEST_F(MprisTest, ControllersDriveThePlayerAndHearOfEveryChange) {
     WaitFor([&] { return Count(signals(), "member=Seeked") >= 2; }, 5s);
     EXPECT_EQ(Count(signals(), "member=Seeked"), 2u);
 
-    const auto tracks = RunCommand({"env", "DBUS_SESSION_BUS_ADDRESS=" + bus_.Address(), "gdbus", "call", "--session",
-                                    "-d", "org.mpris.MediaPlayer2.verdin", "-o", "/org/mpris/MediaPlayer2", "-m",
-                                    "org.freedesktop.DBus.Properties.Get", "org.mpris.MediaPlayer2.TrackList", "Tracks"});
-    EXPECT_EQ(Count(tracks.output, "/org/brimfell/Verdin/track/"), 2u) << tracks.output;
+    // Ids belong to entries: once the first row goes, the one left keeps its id.
+    const auto call = [&](const std::vector<std::string>& method) {
+        std::vector<std::string> argv{"env", "DBUS_SESSION_BUS_ADDRESS=" + bus_.Address(), "gdbus", "call", "--session",
+                                      "-d", "org.mpris.MediaPlayer2.verdin", "-o", "/org/mpris/MediaPlayer2", "-m"};
+        argv.insert(argv.end(), method.begin(), method.end());
+        return RunCommand(argv).output;
+    };
+    const std::vector<std::string> getTracks{"org.freedesktop.DBus.Properties.Get", "org.mpris.MediaPlayer2.TrackList",
+                                             "Tracks"};
+    EXPECT_EQ(Count(call(getTracks), "/org/brimfell/Verdin/track/"), 2u);
+    call({"org.mpris.MediaPlayer2.TrackList.RemoveTrack", "/org/brimfell/Verdin/track/1"});
+    EXPECT_EQ(call(getTracks), "(<[objectpath '/org/brimfell/Verdin/track/2']>,)\n");
+    EXPECT_TRUE(WaitFor([&] { return signals().find("member=TrackRemoved") != std::string::npos; }, 5s));
     EndProcess(monitor, SIGTERM);
 }
 
