@@ -35,6 +35,7 @@ enum PlayerChange : unsigned {
     kDisplayChanged = 16,    // status, caption, position, volume or a mode
     kTrackChanged = 32,      // the track in the player: its position range is new
     kSettingsChanged = 64,   // settings changed, and were saved
+    kPositionJumped = 128,   // the playing track was seeked, by whichever face
 };
 
 class Player {

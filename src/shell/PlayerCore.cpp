@@ -27,7 +27,8 @@ PlayerCore::PlayerCore(Settings& settings, SettingsEnvironment environment, Play
       list_(settings_, modules_),
       playback_(settings_, modules_, list_, host_, [this](unsigned changes) {
           Announce((changes & Playback::kDisplay ? kDisplayChanged : 0u) |
-                   (changes & Playback::kTrack ? kTrackChanged : 0u));
+                   (changes & Playback::kTrack ? kTrackChanged : 0u) |
+                   (changes & Playback::kJump ? kPositionJumped : 0u));
       }) {
     list_.Listen([this](const ListChange& change) { Announce(ChangesOf(change)); });
 }

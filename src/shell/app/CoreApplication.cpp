@@ -4,6 +4,7 @@
 #include "shell/app/DBusInterfaces.h"
 #include "shell/app/DBusObjects.h"
 #include "shell/app/SignalWatcher.h"
+#include "shell/mpris/MprisObject.h"
 
 #include <QCoreApplication>
 #include <QDBusConnection>
@@ -62,7 +63,22 @@ CoreApplication::CoreApplication(RunOptions options, QObject* parent)
 
 CoreApplication::~CoreApplication() { TearDownOnce(); }
 
-bool CoreApplication::Register() { return RegisterDBusInterfaces(*this) != Registration::kNameTaken; }
+bool CoreApplication::Register() {
+    const Registration registration = RegisterDBusInterfaces(*this);
+    if (registration != Registration::kRegistered) return registration != Registration::kNameTaken;
+    MprisHooks hooks;
+    hooks.ensureStarted = [this] { EnsureStarted(); };
+    hooks.canRaise = !options_.headless;
+    hooks.raise = [this] { RaiseWindow(); };
+    // Answer first, then quit as the command server's Quit does.
+    hooks.quit = [this] {
+        QTimer::singleShot(0, this, [this] { DispatchCommand(CommandFor(Action::kExit).ids[0]); });
+    };
+    if (!RegisterMpris(core_->Face(), std::move(hooks), this))
+        std::fputs("Verdin: the media controllers' bus name is taken; media keys and panels will not see "
+                   "this player.\n", stderr);
+    return true;
+}
 
 void CoreApplication::ScheduleStartUp() {
     startUpScheduled_ = true;

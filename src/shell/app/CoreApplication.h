@@ -33,9 +33,10 @@ public:
     explicit CoreApplication(RunOptions options, QObject* parent = nullptr);
     ~CoreApplication() override;
 
-    // Registers the command server on the session bus. False only when another instance
-    // owns the bus name (the caller then hands its command text over); without a session
-    // bus the player runs without a server, silently.
+    // Registers the command server on the session bus, and with it the interface for
+    // desktop media controllers. False only when another instance owns the bus name (the
+    // caller then hands its command text over); without a session bus the player runs
+    // without a server, silently. Without the media controllers' name it runs on, saying so.
     bool Register();
     // The deferred start-up: plug-ins, the default playlist or the command text.
     void StartUp();
@@ -67,6 +68,8 @@ public:
     // Runs a command-table identifier as a menu, key or plug-in would. The window library
     // handles the window commands first.
     virtual bool DispatchCommand(uint32_t id);
+    // Brings the main window to the front (a media controller's "raise"); nothing headless.
+    virtual void RaiseWindow() {}
 
 protected:
     void ProgressTick();

@@ -186,7 +186,7 @@ void Playback::PlayRow(int row) {
 void Playback::SeekTo(uint32_t milliseconds) {
     if (!current_) return;
     current_->SeekStream(milliseconds);
-    Announce(kDisplay);
+    Announce(kDisplay | kJump);
 }
 
 void Playback::SeekBy(int milliseconds) {

@@ -34,8 +34,9 @@ struct Settings;
 class Playback {
 public:
     // What changed, for the announcement: kDisplay for title, status and position;
-    // kTrack when the track in the player changed (its position bars start anew).
-    enum Change : unsigned { kDisplay = 1, kTrack = 2 };
+    // kTrack when the track in the player changed (its position bars start anew); kJump
+    // after every seek.
+    enum Change : unsigned { kDisplay = 1, kTrack = 2, kJump = 4 };
     using Announcer = std::function<void(unsigned changes)>;
 
     Playback(Settings& settings, const InputModuleList& modules, MainList& list, PlayerHost& host, Announcer announce);

@@ -21,6 +21,13 @@ void WindowApplication::StartWithWindows() {
 
 QWidget* WindowApplication::DialogOwner() const { return window_ ? window_->Compact().Owner() : nullptr; }
 
+void WindowApplication::RaiseWindow() {
+    if (!window_) return;
+    window_->showNormal();
+    window_->raise();
+    window_->activateWindow();
+}
+
 void WindowApplication::ShowMessage(std::string_view text, MessageIcon icon) {
     ShowMessageBox(DialogOwner(), text, icon);
 }

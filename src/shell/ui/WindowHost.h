@@ -32,6 +32,7 @@ public:
     void RefreshNow() override;
     void WindowCommandUnavailable(std::string_view command) override;
     bool DispatchCommand(uint32_t id) override;
+    void RaiseWindow() override;
 
 protected:
     void DisplayTick() override;
