@@ -1,14 +1,20 @@
 #!/usr/bin/env bash
 # Installs a build into a scratch prefix and checks what each consumer gets from it: the
-# desktop (entry, file types, software-centre data, icons), the manual, plug-in authors
-# (headers and pkg-config), the loader (no path of the build tree, the plug-ins found
-# from the program's place), and the Debian package (its dependencies and contents).
+# desktop (entry, file types, software-centre data, icons, bus activation), the manual,
+# plug-in authors (headers and pkg-config), the loader (no path of the build tree, the
+# plug-ins found from the program's place), and the Debian package (dependencies, contents).
 #
 #   scripts/install-check.sh [build dir]     (default: build)
 set -euo pipefail
 build=$(realpath "${1:-build}")
 scratch=$(realpath "$(mktemp -d)")
-trap 'rm -rf "$scratch"' EXIT
+cleanup() {  # a player the bus started and that outlived its bus must not keep running
+  for exe in /proc/[0-9]*/exe; do
+    [ "$(readlink "$exe" 2>/dev/null)" = "$scratch/usr/bin/verdin" ] && kill "$(basename "$(dirname "$exe")")"
+  done
+  rm -rf "$scratch"
+}
+trap cleanup EXIT
 P=$scratch/usr
 fail() { echo "install-check: $*" >&2; exit 1; }
 
@@ -35,6 +41,9 @@ grep -qx '50:audio/x-verdin-playlist:\*\.vdp' "$scratch/mime/globs2" || fail "*.
 grep -q '^MimeType=.*audio/x-verdin-playlist;' "$P/share/applications/verdin.desktop" ||
   fail "the desktop entry does not claim Verdin playlists"
 
+service=$P/share/dbus-1/services/org.brimfell.Verdin.service
+grep -qx "Exec=$P/bin/verdin" "$service" || fail "activation file does not run $P/bin/verdin: $(cat "$service")"
+
 # Nothing installed may point the loader back into the build tree; each binary resolves
 # every library it needs, the player's own from the prefix.
 while IFS= read -r elf; do
@@ -54,6 +63,14 @@ mkdir -p "$HOME" && printf 'pcm.!default { type null }\n' >"$HOME/.asoundrc"
 sox -n -r 44100 -c 2 "$scratch/tone.wav" synth 0.2 sine 440
 timeout 60 dbus-run-session -- "$P/bin/verdin" --headless --quit-after-play /PLAY "$scratch/tone.wav" \
   </dev/null >"$scratch/play.log" 2>&1 || fail "the installed player did not play: $(cat "$scratch/play.log")"
+
+# The bus finds the activation file through XDG_DATA_DIRS; the player it starts answers
+# the first call and quits on the second.
+XDG_DATA_DIRS=$P/share timeout 60 dbus-run-session -- sh -c 'gdbus call --session --timeout 20 \
+  -d org.brimfell.Verdin -o /Player -m org.brimfell.Verdin.Player.PlayerStatus && gdbus call --session \
+  -d org.brimfell.Verdin -o /Player -m org.brimfell.Verdin.Player.Quit' >"$scratch/bus.out" 2>"$scratch/bus.log" ||
+  fail "the bus did not start the player: $(cat "$scratch/bus.log")"
+grep -q "^('stopped',)" "$scratch/bus.out" || fail "the activated player answered $(cat "$scratch/bus.out")"
 
 # A plug-in author's build: the installed headers alone, found through pkg-config.
 cat >"$scratch/plugin.c" <<'EOF'
@@ -86,7 +103,9 @@ for path in bin/verdin lib/verdin/libverdin-core.so lib/verdin/libverdin-windows
     lib/verdin/Plug-ins/{MPEG,WAV,DSP,Bars,Notify}_Verdin.so share/applications/verdin.desktop \
     share/mime/packages/verdin.xml share/metainfo/io.github.brimfell.Verdin.metainfo.xml \
     share/icons/hicolor/{48x48/apps/verdin.png,scalable/apps/verdin.svg} share/man/man1/verdin.1 \
-    include/verdin/vis.h share/pkgconfig/verdin-sdk.pc; do
+    include/verdin/vis.h share/pkgconfig/verdin-sdk.pc share/dbus-1/services/org.brimfell.Verdin.service; do
   grep -qx "./usr/$path" <<<"$contents" || fail "the package lacks /usr/$path"
 done
+dpkg-deb --fsys-tarfile "$deb" | tar -xO ./usr/share/dbus-1/services/org.brimfell.Verdin.service |
+  grep -qx 'Exec=/usr/bin/verdin' || fail "the package's activation file does not run /usr/bin/verdin"
 echo "install-check: $(basename "$deb") and the installed tree are complete"

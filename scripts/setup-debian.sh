@@ -25,6 +25,7 @@ packages=(
   shared-mime-info                    # update-mime-database: the playlist file type
   dpkg-dev                            # dpkg-shlibdeps: the package's Depends, for cpack
   file                                # tells the rendered icons' sizes
+  libglib2.0-bin                      # gdbus: calls the player's bus name to start it
   # test environment: real servers and clients started by the tests
   xvfb xauth dbus dbus-x11 pulseaudio pulseaudio-utils alsa-utils
   xdg-utils playerctl
