@@ -17,6 +17,15 @@ packages=(
   libx11-dev                          # the bars plug-in's window
   libgtest-dev libbenchmark-dev       # tests and benchmarks
   libfftw3-dev                        # the transform benchmark's reference only
+  librsvg2-bin                        # rsvg-convert: renders the icon's fixed sizes at build time
+  # packaging and its check (scripts/install-check.sh)
+  desktop-file-utils                  # desktop-file-validate: the desktop entry
+  appstream                           # appstreamcli: the software-centre metainfo
+  groff-base                          # renders the man page, warnings as failures
+  shared-mime-info                    # update-mime-database: the playlist file type
+  dpkg-dev                            # dpkg-shlibdeps: the package's Depends, for cpack
+  file                                # tells the rendered icons' sizes
+  libglib2.0-bin                      # gdbus: calls the player's bus name to start it
   # test environment: real servers and clients started by the tests
   xvfb xauth dbus dbus-x11 pulseaudio pulseaudio-utils alsa-utils
   xdg-utils playerctl

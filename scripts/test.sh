@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
-# Builds Verdin and runs every test: the plain build, then AddressSanitizer with
-# UndefinedBehaviorSanitizer, the engine tests under ThreadSanitizer, and each fuzz
-# target for a bounded time. Installs missing Debian packages first.
+# Builds Verdin and runs every test: the plain build and a check of what it installs and
+# packages, then AddressSanitizer with UndefinedBehaviorSanitizer, the engine tests under
+# ThreadSanitizer, and each fuzz target for a bounded time. Installs missing Debian
+# packages first.
 #
 #   VERDIN_TEST_STAGES   which stages to run (default "plain asan tsan fuzz")
 #   VERDIN_FUZZ_SECONDS  seconds per fuzz target (default 20)
@@ -27,6 +28,7 @@ for stage in $stages; do
       configure build
       cmake --build build -j"$jobs"
       ctest --test-dir build -j"$jobs" --timeout 600
+      scripts/install-check.sh build
       ;;
     asan)
       configure build-asan -DVERDIN_SANITIZE=address -DVERDIN_BENCH=OFF
