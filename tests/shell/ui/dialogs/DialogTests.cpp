@@ -10,6 +10,8 @@
 #include "shell/ui/dialogs/Dialogs.h"
 #include "shell/ui/dialogs/equalizer/BandSlider.h"
 #include "shell/ui/dialogs/equalizer/EqualizerDialog.h"
+#include "shell/ui/dialogs/options/FileTypesBox.h"
+#include "shell/ui/dialogs/options/InputPage.h"
 #include "shell/ui/dialogs/options/OptionWidgets.h"
 #include "shell/ui/dialogs/options/OptionsDialog.h"
 #include "shell/ui/dialogs/options/OutputPage.h"
@@ -182,6 +184,16 @@ private slots:
             QCOMPARE(Stored(saved, row.field), row.stored);
             QCOMPARE(Shown(Control(again, QLatin1String(row.control))), row.input);
         }
+        // A checked file type and the folder commands reach the desktop's files, and show so.
+        FileTypesBox* types = again.PageOf<InputPage>()->FileTypes();
+        types->Extensions()->item(0)->setCheckState(Qt::Checked);
+        types->Folders()->setChecked(true);
+        QVERIFY(again.Apply());
+        QVERIFY(ReadFile(s.home.Path("config/mimeapps.list")).find("=Verdin.") != std::string::npos);
+        QVERIFY(ReadFile(s.home.Path("data/applications/Verdin.Play.desktop")).find(" /PLAY %F\n") != std::string::npos);
+        OptionsDialog third(s.owner, s.player);
+        QVERIFY(third.PageOf<InputPage>()->FileTypes()->Folders()->isChecked());
+        QCOMPARE(third.PageOf<InputPage>()->FileTypes()->Extensions()->item(0)->checkState(), Qt::Checked);
 
         // "Reset All Options" asks first: No keeps everything, Yes restores the defaults.
         for (auto answer : {QMessageBox::No, QMessageBox::Yes}) {
