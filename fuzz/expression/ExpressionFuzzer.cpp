@@ -2,7 +2,8 @@
 // frames come from the input (after a 0xFF byte: LEADARTIST, CONTENTTYPE and YEAR,
 // separated by further 0xFF bytes). Nothing may crash, hang or read out of bounds; an
 // answer must not change when asked again (the scratch buffers are reused), nor when
-// whatever follows a NUL is left out (an expression is a C text).
+// whatever follows a NUL is left out (an expression is a C text), nor when the values
+// come from a sample space's columns.
 #include "playlist/TrackRecord.h"
 #include "playlist/random/CompiledExpression.h"
 
@@ -59,9 +60,12 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     }
     const CompiledExpression compiled(text);
     const CompiledExpression untilNul(text.substr(0, text.find('\0')));
-    for (const TrackRecord* track : tracks) {
-        const bool answer = compiled.Matches(*track);
-        if (compiled.Matches(*track) != answer || untilNul.Matches(*track) != answer) std::abort();
+    VariableColumns columns;  // a sample space's kept values must give the same answers
+    for (std::size_t row = 0; row < tracks.size(); ++row) {
+        const TrackRecord& track = *tracks[row];
+        const bool answer = compiled.Matches(track);
+        if (compiled.Matches(track) != answer || untilNul.Matches(track) != answer) std::abort();
+        if (compiled.Matches(track, row, tracks.size(), columns) != answer) std::abort();
     }
     return 0;
 }

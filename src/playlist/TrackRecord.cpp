@@ -37,6 +37,7 @@ TrackInfo TrackRecord::Info() const {
 }
 
 void TrackRecord::SetInfo(const TrackInfo& info) {
+    ++revision_;
     suggestedTitle_.assign(info.suggestedTitle, strnlen(info.suggestedTitle, sizeof info.suggestedTitle));
     if (info.fileSize) fileSize_ = info.fileSize;
     seekable_ = info.seekable != 0;
@@ -50,6 +51,7 @@ void TrackRecord::SetInfo(const TrackInfo& info) {
 
 bool TrackRecord::RetrieveInformation(const InputModuleList& modules, bool ignoreTags, bool offUserThread) {
     if (IsNullTrack()) return false;
+    ++revision_;
     infoRetrieved_ = true;
     audioStart_ = 0;
     const std::string full = FullName();

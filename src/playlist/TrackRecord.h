@@ -50,7 +50,10 @@ public:
     uint32_t AudioStart() const { return audioStart_; }
 
     const TrackTag& Tag() const { return tag_; }
-    TrackTag& MutableTag() { return tag_; }
+    TrackTag& MutableTag() {
+        ++revision_;
+        return tag_;
+    }
     TagVersion GetTagVersion() const { return tagVersion_; }
 
     uint32_t FileSize() const { return fileSize_; }
@@ -66,6 +69,10 @@ public:
     // retrieval).
     TrackInfo Info() const;
     void SetInfo(const TrackInfo& info);
+
+    // Changes whenever the information or the tag may have changed, so that what was read
+    // from the record can tell whether it is still what the record holds.
+    uint32_t Revision() const { return revision_; }
 
 private:
     TrackName name_;
@@ -83,6 +90,7 @@ private:
     bool decoderEqualizes_ = false;
     bool exists_ = true;
     bool infoRetrieved_ = false;
+    uint32_t revision_ = 0;
 };
 
 }  // namespace verdin

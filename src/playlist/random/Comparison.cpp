@@ -54,6 +54,16 @@ bool CompareText(ComparisonOperator op, std::string_view text, std::string_view 
     }
 }
 
+bool CompareUpperText(ComparisonOperator op, std::string_view upperText, std::string_view upperValue) {
+    switch (op) {
+        case ComparisonOperator::Equal: return upperText == upperValue;
+        case ComparisonOperator::NotEqual: return upperText != upperValue;
+        case ComparisonOperator::Contains: return upperText.find(upperValue) != std::string_view::npos;
+        case ComparisonOperator::NotContains: return upperText.find(upperValue) == std::string_view::npos;
+        default: return false;
+    }
+}
+
 bool CompareInteger(ComparisonOperator op, std::int64_t variable, std::int64_t value) {
     switch (op) {
         case ComparisonOperator::Equal: return variable == value;

@@ -31,6 +31,10 @@ ComparisonOperator ParseComparisonOperator(std::string_view op);
 bool CompareText(ComparisonOperator op, std::string_view text, std::string_view value,
                  std::string_view upperValue, std::string& upperScratch);
 
+// The same string comparison with the variable's text already turned to upper case, as a
+// sample space keeps it: equality ignoring case is equality of the upper-cased texts.
+bool CompareUpperText(ComparisonOperator op, std::string_view upperText, std::string_view upperValue);
+
 // Integer comparison (signed).
 bool CompareInteger(ComparisonOperator op, std::int64_t variable, std::int64_t value);
 

@@ -57,33 +57,47 @@ int CompiledExpression::CompileComparison(std::string_view text) {
     return static_cast<int>(nodes_.size() - 1);
 }
 
-bool CompiledExpression::Matches(const TrackRecord& track) const { return Evaluate(root_, track); }
-
-bool CompiledExpression::Evaluate(int index, const TrackRecord& track) const {
+template <typename Compare>
+bool CompiledExpression::Evaluate(int index, const Compare& compare) const {
     const Node& node = nodes_[static_cast<std::size_t>(index)];
     switch (node.type) {
         case NodeType::Constant:
             return node.constant;
         case NodeType::Comparison:
-            ReadVariable(node.variable, track, variableScratch_);
-            if (!variableScratch_.text.empty())
-                return CompareText(node.op, variableScratch_.text, node.value, node.upperValue, upperScratch_);
-            return CompareInteger(node.op, variableScratch_.integer, node.integerValue);
+            return compare(node);
         case NodeType::Compound:
             break;
     }
     bool running = false;
     for (const Link& link : node.links) {
         if (link.connector == '\0') {
-            running = Evaluate(link.node, track);
+            running = Evaluate(link.node, compare);
         } else if (link.connector == '&') {
             // A failed "and" ends the whole compound: nothing after it is looked at.
-            if (!running || !Evaluate(link.node, track)) return false;
+            if (!running || !Evaluate(link.node, compare)) return false;
         } else if (!running) {
-            running = Evaluate(link.node, track);
+            running = Evaluate(link.node, compare);
         }
     }
     return running;
+}
+
+bool CompiledExpression::Matches(const TrackRecord& track) const {
+    return Evaluate(root_, [&](const Node& node) {
+        ReadVariable(node.variable, track, variableScratch_);
+        if (!variableScratch_.text.empty())
+            return CompareText(node.op, variableScratch_.text, node.value, node.upperValue, upperScratch_);
+        return CompareInteger(node.op, variableScratch_.integer, node.integerValue);
+    });
+}
+
+bool CompiledExpression::Matches(const TrackRecord& track, std::size_t row, std::size_t rows,
+                                 VariableColumns& columns) const {
+    return Evaluate(root_, [&](const Node& node) {
+        const ColumnValue& value = columns.Value(node.variable, row, rows, track);
+        if (!value.upperText.empty()) return CompareUpperText(node.op, value.upperText, node.upperValue);
+        return CompareInteger(node.op, value.integer, node.integerValue);
+    });
 }
 
 }  // namespace verdin

@@ -17,9 +17,11 @@
 // sample space: the text split into groups and comparisons, variables looked up, VALUE
 // upper-cased and converted to an integer.
 //
-// Matches() reuses scratch buffers of the object: one thread at a time per object.
+// Matches() reuses scratch buffers of the object: one thread at a time per object. A sample
+// space asks with its columns (VariableColumns.h), which keep the values between picks.
 #include "playlist/random/Comparison.h"
 #include "playlist/random/ExpressionVariable.h"
+#include "playlist/random/VariableColumns.h"
 
 #include <cstdint>
 #include <string>
@@ -35,6 +37,9 @@ public:
     explicit CompiledExpression(std::string_view text);
 
     bool Matches(const TrackRecord& track) const;
+    // The same for the track at row of a sample space of `rows` tracks, its values taken
+    // from (and kept in) the space's columns.
+    bool Matches(const TrackRecord& track, std::size_t row, std::size_t rows, VariableColumns& columns) const;
 
 private:
     enum class NodeType : std::uint8_t { Constant, Comparison, Compound };
@@ -60,7 +65,9 @@ private:
     int CompileCompound(std::string_view text, std::size_t pos, int depth);
     int CompileComparison(std::string_view text);
     int AddConstant(bool value);
-    bool Evaluate(int node, const TrackRecord& track) const;
+    // compare(node): a comparison node's result for the track at hand.
+    template <typename Compare>
+    bool Evaluate(int node, const Compare& compare) const;
 
     std::vector<Node> nodes_;
     int root_ = 0;

@@ -30,6 +30,7 @@ bool SampleSpace::CreateSampleSpace(std::string_view searchPath, bool recurse, s
 
 void SampleSpace::ReplaceTracks(std::vector<std::unique_ptr<TrackRecord>> tracks) {
     history_.clear();
+    columns_.Clear();
     tracks_ = std::move(tracks);
     valid_ = !tracks_.empty();
 }
@@ -40,8 +41,10 @@ TrackRecord* SampleSpace::Resolve(RandomEntry& entry, int vdpHistory) {
     const CompiledExpression expression(entry.Expression());
     const std::unordered_set<const TrackRecord*> recent(history_.begin(), history_.end());
     std::vector<TrackRecord*> candidates;
-    for (const auto& track : tracks_)
-        if (!recent.count(track.get()) && expression.Matches(*track)) candidates.push_back(track.get());
+    for (std::size_t row = 0; row < tracks_.size(); ++row) {
+        TrackRecord* track = tracks_[row].get();
+        if (!recent.count(track) && expression.Matches(*track, row, tracks_.size(), columns_)) candidates.push_back(track);
+    }
 
     TrackRecord* picked = &TrackRecord::NullTrack();
     if (candidates.empty()) {

@@ -21,6 +21,7 @@
 // User-interface thread only (the build uses worker threads inside and returns when they
 // are done).
 #include "playlist/random/ParallelRetrieval.h"
+#include "playlist/random/VariableColumns.h"
 
 #include <cstddef>
 #include <deque>
@@ -72,6 +73,8 @@ public:
 private:
     std::vector<std::unique_ptr<TrackRecord>> tracks_;
     std::deque<const TrackRecord*> history_;
+    // The variables' values of the tracks, kept between picks.
+    VariableColumns columns_;
     bool valid_ = false;
 };
 

@@ -173,6 +173,11 @@ TEST(Picks, FollowTheDocumentedRule) {
             EXPECT_TRUE(entry.Picked());
         }
     }
+    // A track whose tag changed since the last pick is read again.
+    RandomEntry beta("(LEADARTIST = Beta)"), gamma("(LEADARTIST = Gamma)");
+    TrackRecord* renamed = space.Resolve(beta, 0);
+    renamed->MutableTag().SetText(FrameId::LeadArtist, "Gamma");
+    EXPECT_EQ(space.Resolve(gamma, 0), renamed);
     // A picked entry keeps its track, drawing nothing.
     RandomEntry entry("(LEADARTIST = Alpha)");
     const TrackRecord* picked = space.Resolve(entry, 5);
