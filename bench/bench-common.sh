@@ -1,3 +1,4 @@
+# shellcheck shell=bash disable=SC2034,SC2154  # variables set for, and by, the sourcing script
 # Shared by the benchmark scripts (sourced, not run): the cached media, timing, medians,
 # the player's private homes and a private sound server. Nothing here prints a result.
 #   bench_dir: where the benchmark programs are (the sourcing script sets it)
@@ -65,11 +66,11 @@ bench_private_home() {
 # private session bus (--x: on a private X server, xvfb-run); prints its bench_usage (the
 # command's alone, not the bus's nor the X server's).
 bench_in_home() {
-  local home=$1 x=()
+  local home=$1 display=()
   shift
-  if [ "$1" = --x ]; then x=(xvfb-run -a); shift; fi
+  if [ "$1" = --x ]; then display=(xvfb-run -a); shift; fi
   env HOME="$home" XDG_CONFIG_HOME="$home/config" XDG_DATA_HOME="$home/data" \
-    "${x[@]}" dbus-run-session -- bash -c '. "$0"; bench_usage "$@"' "$bench_common" "$@" 2>/dev/null
+    "${display[@]}" dbus-run-session -- bash -c '. "$0"; bench_usage "$@"' "$bench_common" "$@" 2>/dev/null
 }
 
 # bench_start_sound_server DIR: a private PulseAudio with a null sink, its socket in DIR;

@@ -93,7 +93,7 @@ if has pulseaudio && has pactl; then
 else
   sound="no pulseaudio"
 fi
-x=; has xvfb-run || x="no xvfb-run"
+noX=; has xvfb-run || noX="no xvfb-run"
 peerPlayer=${VERDIN_BENCH_PEER_PLAYER:-}
 if [ -n "$peerPlayer" ] && ! has "${peerPlayer%% *}"; then
   echo "VERDIN_BENCH_PEER_PLAYER: ${peerPlayer%% *} not found" >&2
@@ -101,14 +101,14 @@ if [ -n "$peerPlayer" ] && ! has "${peerPlayer%% *}"; then
 fi
 if [ "$sound" = yes ]; then
   bench_private_home "$work/home.headless" "$bin" server
-  [ -n "$x" ] || bench_private_home "$work/home.window" "$bin" server analyzer
+  [ -n "$noX" ] || bench_private_home "$work/home.window" "$bin" server analyzer
 fi
 
 # --- decoding and playing, each beside its peer, alternately
 for ((i = 1; i <= runs; i++)); do
   echo "run $i of $runs ..." >&2
   for kind in cbr vbr; do
-    mp3=${!kind}
+    mp3=$cbr; [ $kind = cbr ] || mp3=$vbr
     if has mpg123; then
       r=$(bench_wall_and_cpu mpg123 -q -w "$work/peer.wav" "$mp3"); put $kind.peer.wall "${r% *}"; put $kind.peer.cpu "${r#* }"
     fi
@@ -131,7 +131,7 @@ for ((i = 1; i <= runs; i++)); do
   r=$(bench_in_home "$work/home.headless" "${player[@]}" "$long")
   ms=$(perSecond "$r" "$(bench_in_home "$work/home.headless" "${player[@]}" "$short")")
   if [ -n "$ms" ]; then put play "$ms"; put rss "$(echo "$r" | awk '{print $3 / 1024}')"; fi
-  if [ -z "$x" ]; then
+  if [ -z "$noX" ]; then
     player=("$bin/verdin" --quit-after-play /PLAY)
     put window "$(perSecond "$(bench_in_home "$work/home.window" --x "${player[@]}" "$long")" \
                             "$(bench_in_home "$work/home.window" --x "${player[@]}" "$short")")"
@@ -161,7 +161,7 @@ startup() {  # NAME [--window [--list file]]: the median of the runs in millisec
 }
 headless=$(startup headless)
 shown=; listed=
-if [ -z "$x" ]; then shown=$(startup shown --window); listed=$(startup listed --window --list "$list"); fi
+if [ -z "$noX" ]; then shown=$(startup shown --window); listed=$(startup listed --window --list "$list"); fi
 
 # --- the table
 rows=$work/rows
@@ -198,7 +198,7 @@ why=$sound; [ "$sound" != yes ] || why="the player did not play the piece throug
 result "headless playback through PulseAudio, CPU ms per audio second" "$mpeg -o pulse" "$(med play.peer)" \
   "$(med play)" '%.2f' "<= mpg123" "<=" 1 ratio "$why"
 result "the same with the window and the analyzer shown (Xvfb)" - "" "$(med window)" '%.2f' "<= 7" "<=" 7 value \
-  "$([ "$sound" != yes ] && echo "$sound" || echo "${x:-the player did not play the piece through}")"
+  "$([ "$sound" != yes ] && echo "$sound" || echo "${noX:-the player did not play the piece through}")"
 result "peak RSS while playing, headless" "${peerPlayer:-no peer player (VERDIN_BENCH_PEER_PLAYER)}" "$(med rss.peer)" \
   "$(med rss)" '%.1f MiB' "<= 14 MiB" "<=" 14 value "$why"
 result "random pick over 10,000 tracks, compound expression" - "" "$pick" '%.2f ms' "<= 1 ms" "<=" 1 value \
@@ -208,8 +208,8 @@ result "information retrieval, 2,000 tagged MP3s, files/s on 2 threads" "no peer
 failed() { echo "bench_startup: $(tail -n 1 "$work/$1.err" 2>/dev/null)"; }
 result "start-up, headless, until it answers D-Bus" "no peer player" "" "$headless" '%.1f ms' "<= 8 ms" "<=" 8 value \
   "$(failed headless)"
-result "start-up, window shown" - "" "$shown" '%.1f ms' "<= 100 ms" "<=" 100 value "${x:-$(failed shown)}"
-result "start-up, window with a 10,000-row list" - "" "$listed" '%.1f ms' "<= 150 ms" "<=" 150 value "${x:-$(failed listed)}"
+result "start-up, window shown" - "" "$shown" '%.1f ms' "<= 100 ms" "<=" 100 value "${noX:-$(failed shown)}"
+result "start-up, window with a 10,000-row list" - "" "$listed" '%.1f ms' "<= 150 ms" "<=" 150 value "${noX:-$(failed listed)}"
 
 echo
 echo "Verdin beside its peers: medians of $runs runs on $(nproc) cores, load average at the start $load"
