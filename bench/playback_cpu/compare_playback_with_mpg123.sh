@@ -12,7 +12,7 @@
 # session; its settings are written with the player's settings store.
 #   compare_playback_with_mpg123.sh [runs]   (default 3)
 # Targets: processor time per audio second no more than mpg123's; peak memory at most
-# 16 MiB headless, 45 MiB with the window.
+# 14 MiB headless, 45 MiB with the window.
 set -euo pipefail
 here=$(cd "$(dirname "$0")" && pwd)
 bin=$(cd "$here/../../bin" && pwd)
@@ -20,43 +20,24 @@ runs=${1:-3}
 for tool in /usr/bin/time dbus-run-session mpg123 sox lame; do
   command -v "$tool" >/dev/null || { echo "missing: $tool" >&2; exit 2; }
 done
-cache=${XDG_CACHE_HOME:-$HOME/.cache}/verdin-bench
-mkdir -p "$cache"
-mp3=$cache/sixty-seconds.mp3
-if [ ! -s "$mp3" ]; then
-  sox -n -r 44100 -c 2 -b 16 "$cache/sixty.wav" synth 60 sine 220-880 sine 330 gain -3
-  lame --quiet -b 192 "$cache/sixty.wav" "$mp3"
-  rm -f "$cache/sixty.wav"
-fi
+bench_dir=$here
+. "$here/bench-common.sh"
+mp3=$(bench_tone_mp3 sixty-seconds 60)
 seconds=60
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 
 # A fresh private home whose settings point the player at the null device.
 make_home() {
-  local home=$work/home.$1
-  rm -rf "$home"
-  mkdir -p "$home/config" "$home/data" "$home/Music"
-  env HOME="$home" XDG_CONFIG_HOME="$home/config" XDG_DATA_HOME="$home/data" \
-    "$here/verdin-bench-null-device" "$bin" ${2:-} >/dev/null
-  echo "$home"
+  bench_private_home "$work/home.$1" "$bin" ${2:-}
+  echo "$work/home.$1"
 }
 
-# "user system maxKB" of one command.
-measure() {
-  local out=$work/time.$$
-  /usr/bin/time -f '%U %S %M' -o "$out" "$@" >/dev/null 2>&1 || true
-  tail -n 1 "$out"
-}
-
-player() {  # home, then extra words in front (xvfb-run) and player options
+player() {  # home, then the player and its options
   local home=$1; shift
-  env HOME="$home" XDG_CONFIG_HOME="$home/config" XDG_DATA_HOME="$home/data" \
-    dbus-run-session -- /usr/bin/time -f '%U %S %M' -o "$work/player.time" "$@" /PLAY "$mp3" >/dev/null 2>&1 || true
-  tail -n 1 "$work/player.time"
+  bench_in_home "$home" "$@" /PLAY "$mp3"
 }
 
-median() { sort -g | awk '{a[NR]=$1} END {print (NR%2) ? a[(NR+1)/2] : (a[NR/2]+a[NR/2+1])/2}'; }
 cpu() { awk '{print $1 + $2}'; }
 kb() { awk '{print $3}'; }
 
@@ -65,50 +46,43 @@ plainHome=$(make_home plain)
 curveHome=$(make_home curve equalizer)
 windowHome=$(make_home window)
 for ((i = 0; i < runs; i++)); do
-  peer+=("$(measure mpg123 -q -o alsa -a null "$mp3" | cpu)")
+  peer+=("$(bench_usage mpg123 -q -o alsa -a null "$mp3" | cpu)")
   r=$(player "$plainHome" "$bin/verdin" --headless --quit-after-play); plain+=("$(echo "$r" | cpu)"); plainKb+=("$(echo "$r" | kb)")
   r=$(player "$curveHome" "$bin/verdin" --headless --quit-after-play); curve+=("$(echo "$r" | cpu)"); curveKb+=("$(echo "$r" | kb)")
   if command -v xvfb-run >/dev/null; then
-    r=$(env HOME="$windowHome" XDG_CONFIG_HOME="$windowHome/config" XDG_DATA_HOME="$windowHome/data" \
-          xvfb-run -a dbus-run-session -- /usr/bin/time -f '%U %S %M' -o "$work/window.time" \
-          "$bin/verdin" --quit-after-play /PLAY "$mp3" >/dev/null 2>&1 || true; tail -n 1 "$work/window.time")
+    r=$(bench_in_home "$windowHome" --x "$bin/verdin" --quit-after-play /PLAY "$mp3")
     window+=("$(echo "$r" | cpu)"); windowKb+=("$(echo "$r" | kb)")
   fi
 done
 
-p=$(printf '%s\n' "${peer[@]}" | median)
-o=$(printf '%s\n' "${plain[@]}" | median)
-c=$(printf '%s\n' "${curve[@]}" | median)
+p=$(printf '%s\n' "${peer[@]}" | bench_median)
+o=$(printf '%s\n' "${plain[@]}" | bench_median)
+c=$(printf '%s\n' "${curve[@]}" | bench_median)
 perSecond() { echo "$1 * 1000 / $seconds" | bc -l; }
 printf 'mpg123 -o alsa -a null:   %.2f ms processor time per audio second (median of %d)\n' "$(perSecond "$p")" "$runs"
 printf 'verdin --headless:        %.2f ms, %.2fx mpg123 (target <= 1)\n' "$(perSecond "$o")" "$(echo "$o / $p" | bc -l)"
 printf '  with the equalizer on:  %.2f ms, %.2fx mpg123\n' "$(perSecond "$c")" "$(echo "$c / $p" | bc -l)"
 mib() { printf '%s\n' "$@" | sort -g | tail -n 1 | awk '{printf "%.1f", $1 / 1024}'; }
-printf 'peak resident memory, headless: %s MiB (highest of the runs; target <= 16 MiB), with the equalizer: %s MiB\n' \
+printf 'peak resident memory, headless: %s MiB (highest of the runs; target <= 14 MiB), with the equalizer: %s MiB\n' \
   "$(mib "${plainKb[@]}")" "$(mib "${curveKb[@]}")"
 if [ ${#window[@]} -gt 0 ]; then
-  w=$(printf '%s\n' "${window[@]}" | median)
+  w=$(printf '%s\n' "${window[@]}" | bench_median)
   printf 'with the window (Xvfb):   %.2f ms per audio second, peak resident memory %s MiB (target <= 45 MiB)\n' \
     "$(perSecond "$w")" "$(mib "${windowKb[@]}")"
 fi
 
 # Both in real time on a private sound server.
 if command -v pulseaudio >/dev/null && command -v pactl >/dev/null; then
-  runtime=$work/runtime
-  mkdir -p "$runtime" && chmod 700 "$runtime"
-  XDG_RUNTIME_DIR=$runtime HOME=$work pulseaudio -n --daemonize=no --exit-idle-time=-1 \
-    -L module-null-sink -L module-native-protocol-unix >/dev/null 2>&1 &
-  server=$!
-  for ((t = 0; t < 50; t++)); do XDG_RUNTIME_DIR=$runtime HOME=$work pactl info >/dev/null 2>&1 && break; sleep 0.1; done
+  bench_start_sound_server "$work/server" || { echo "the sound server did not start" >&2; exit 1; }
   serverHome=$(make_home server server)
   peerRt=(); playerRt=()
   for ((i = 0; i < runs; i++)); do
-    peerRt+=("$(XDG_RUNTIME_DIR=$runtime HOME=$work measure mpg123 -q -o pulse "$mp3" | cpu)")
-    playerRt+=("$(XDG_RUNTIME_DIR=$runtime player "$serverHome" "$bin/verdin" --headless --quit-after-play | cpu)")
+    peerRt+=("$(bench_usage mpg123 -q -o pulse "$mp3" | cpu)")
+    playerRt+=("$(player "$serverHome" "$bin/verdin" --headless --quit-after-play | cpu)")
   done
-  kill "$server" 2>/dev/null || true
-  pr=$(printf '%s\n' "${peerRt[@]}" | median)
-  vr=$(printf '%s\n' "${playerRt[@]}" | median)
+  kill "$bench_server_pid" 2>/dev/null || true
+  pr=$(printf '%s\n' "${peerRt[@]}" | bench_median)
+  vr=$(printf '%s\n' "${playerRt[@]}" | bench_median)
   printf 'real time on a sound server: mpg123 -o pulse %.2f ms, verdin %.2f ms per audio second, %.2fx\n' \
     "$(perSecond "$pr")" "$(perSecond "$vr")" "$(echo "$vr / $pr" | bc -l)"
 fi
