@@ -74,7 +74,8 @@ bool CoreApplication::Register() {
     hooks.quit = [this] {
         QTimer::singleShot(0, this, [this] { DispatchCommand(CommandFor(Action::kExit).ids[0]); });
     };
-    if (!RegisterMpris(core_->Face(), std::move(hooks), this))
+    mpris_ = RegisterMpris(core_->Face(), std::move(hooks));
+    if (!mpris_)
         std::fputs("Verdin: the media controllers' bus name is taken; media keys and panels will not see "
                    "this player.\n", stderr);
     return true;

@@ -96,6 +96,8 @@ private:
     Settings settings_;
     std::unique_ptr<PlayerCore> core_;
     std::unique_ptr<HostWindow> hostWindow_;  // what plug-ins get as their window
+    // MPRIS listens to the core: declared after it, so it goes first.
+    std::unique_ptr<QObject> mpris_;
     QTimer progressTimer_;
     QTimer displayTimer_;
     bool tornDown_ = false;

@@ -78,18 +78,17 @@ void MprisObject::Follow(unsigned changes) {
     trackListAdaptor_->Follow(changes);
 }
 
-bool RegisterMpris(Player& player, MprisHooks hooks, QObject* parent) {
+std::unique_ptr<QObject> RegisterMpris(Player& player, MprisHooks hooks) {
     qDBusRegisterMetaType<QList<QDBusObjectPath>>();
     qDBusRegisterMetaType<QList<QVariantMap>>();
     QDBusConnection bus = QDBusConnection::sessionBus();
-    if (!bus.isConnected()) return false;
-    auto* object = new MprisObject(player, std::move(hooks), parent);
-    if (bus.registerObject(QLatin1String(kMprisPath), object, QDBusConnection::ExportAdaptors)) {
-        if (bus.registerService(QLatin1String(kMprisName))) return true;
+    if (!bus.isConnected()) return nullptr;
+    auto object = std::make_unique<MprisObject>(player, std::move(hooks), nullptr);
+    if (bus.registerObject(QLatin1String(kMprisPath), object.get(), QDBusConnection::ExportAdaptors)) {
+        if (bus.registerService(QLatin1String(kMprisName))) return object;
         bus.unregisterObject(QLatin1String(kMprisPath));
     }
-    delete object;
-    return false;
+    return nullptr;
 }
 
 }  // namespace verdin

@@ -13,6 +13,7 @@
 #include <QObject>
 #include <QVariantMap>
 #include <functional>
+#include <memory>
 
 namespace verdin {
 
@@ -63,8 +64,9 @@ private:
     int listener_ = 0;
 };
 
-// Exports the object and takes the bus name; false (and nothing exported) when the
-// session bus is missing or the name is taken. The object is a child of parent.
-bool RegisterMpris(Player& player, MprisHooks hooks, QObject* parent);
+// Exports the object and takes the bus name; null (and nothing exported) when the session
+// bus is missing or the name is taken. The caller owns the object and must delete it
+// while the player still exists: it stops listening to the player as it goes.
+std::unique_ptr<QObject> RegisterMpris(Player& player, MprisHooks hooks);
 
 }  // namespace verdin
