@@ -106,8 +106,9 @@ TEST_F(MprisTest, ControllersDriveThePlayerAndHearOfEveryChange) {
 
     // Seeked follows every seek: a controller's, and one through the command server.
     Ctl({"position", "12"});
-    const double position = std::atof(Ctl({"position"}).c_str());
-    EXPECT_TRUE(position >= 12 && position < 14) << position;
+    double position = 0;
+    EXPECT_TRUE(WaitFor([&] { return (position = std::atof(Ctl({"position"}).c_str())) >= 12 && position < 14; }, 5s))
+        << position;
     ASSERT_TRUE(player->Call("Command", {"50115"}));  // 5 s forward
     WaitFor([&] { return Count(signals(), "member=Seeked") >= 2; }, 5s);
     EXPECT_EQ(Count(signals(), "member=Seeked"), 2u);
