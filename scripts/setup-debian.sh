@@ -12,6 +12,7 @@ packages=(
   libpulse-dev                        # PulseAudio output
   libmpg123-dev                       # MP3 input plug-in
   libsndfile1-dev                     # WAV/AIFF/FLAC/Ogg input plug-in
+  libavformat-dev libavcodec-dev libswresample-dev libavutil-dev  # FFmpeg input plug-in
   libtag1-dev zlib1g-dev              # tags
   libdbus-1-dev                       # the notification plug-in's session bus client
   libx11-dev                          # the bars plug-in's window
@@ -29,7 +30,7 @@ packages=(
   # test environment: real servers and clients started by the tests
   xvfb xauth dbus dbus-x11 pulseaudio pulseaudio-utils alsa-utils
   xdg-utils playerctl
-  sox libsox-fmt-all lame flac mpg123 vorbis-tools opus-tools
+  sox libsox-fmt-all lame flac mpg123 vorbis-tools opus-tools ffmpeg python3
 )
 
 missing=()
