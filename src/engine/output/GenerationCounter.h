@@ -38,6 +38,15 @@ public:
         }
     }
     uint64_t Value() const { return word_.load(std::memory_order_acquire) & kValueMask; }
+    // The run and its count, read together.
+    struct Reading {
+        uint16_t run;
+        uint64_t value;
+    };
+    Reading Read() const {
+        const uint64_t word = word_.load(std::memory_order_acquire);
+        return {Run(word), word & kValueMask};
+    }
     uint16_t CurrentRun() const { return Run(word_.load(std::memory_order_acquire)); }
 
 private:

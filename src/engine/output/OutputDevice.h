@@ -46,10 +46,14 @@ public:
     // The stream is that many frames ahead and lets the device catch up. The default
     // sleeps max(10, frames x 1000 / sampleRate) milliseconds.
     virtual void Wait(uint32_t frames);
+    // Whether the device empties the ring at its own pace (a sound card, a sound server).
+    // The stream then waits for room on its own, in a wait that a stop or pause request
+    // cuts short, instead of calling Wait(). A device that writes in Wait() says no.
+    virtual bool PacesItself() const { return true; }
     // How many frames the stream waits for when the ring is full and it needs room for
-    // `frames`. A device that empties the ring at its own pace is waited on for 50 ms (at
+    // `frames`. A device that empties the ring at its own pace is waited on for 250 ms (at
     // most a quarter of the ring) at a time, so the stream decodes in bursts and wakes
-    // about 20 times a second rather than once per block; each wake-up costs more than
+    // about 4 times a second rather than once per block; each wake-up costs more than
     // decoding a block. A device that writes in Wait() gets exactly what was asked.
     virtual uint32_t RoomToWaitFor(uint32_t frames) const;
     // Volume 0..65535 for both channels; the defaults do nothing and report 0.

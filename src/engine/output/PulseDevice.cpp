@@ -4,6 +4,7 @@
 #include "engine/output/CommitQueue.h"
 #include "engine/output/DeviceThread.h"
 #include "engine/output/GenerationCounter.h"
+#include "engine/output/PlayAnchor.h"
 #include "engine/output/PlayClock.h"
 #include "engine/output/PulseConnection.h"
 #include "engine/output/PulseVolume.h"
@@ -25,8 +26,15 @@ namespace {
 
 constexpr const char* kStreamName = "Verdin playback";
 // The longest the device thread sleeps between two looks at its requests and the
-// server's clock: it bounds how stale a position can be.
+// server's clock while playback starts: until the server's clock is seen to run, readers
+// have no anchor to move on from.
 constexpr int kTickMilliseconds = 20;
+// The same once it runs: readers move the anchor on by the time since (PlayAnchor), so
+// the thread wakes only to send what the streams committed and to correct the anchor.
+constexpr int kSteadyTickMilliseconds = 250;
+// While the server holds more than this much not yet played, commits do not wake the
+// device thread: its next steady tick sends them, long before the server runs short.
+constexpr int kLazyAheadMilliseconds = 750;
 // The same while held or stopped: requests and commits wake the thread anyway.
 constexpr int kIdleTickMilliseconds = 100;
 // How long a stream thread keeps trying when the commit queue is full (the device
@@ -70,6 +78,11 @@ struct PulseDevice::Core {
     CommitQueue commits;
     // Played frames of the current run: reset by Start, published by the device thread.
     GenerationCounter played;
+    // Where playback stood at the device thread's last look, for readers in between.
+    PlayAnchor anchor;
+    // Whether a commit must wake the device thread: cleared by the device thread while
+    // the server holds plenty, read by the stream threads.
+    std::atomic<bool> wakeOnCommit{true};
     // The volume in hundredths of a decibel: the user-interface thread writes, the
     // device thread reads and applies it on the server.
     std::atomic<int32_t> volume{0};
@@ -92,7 +105,9 @@ namespace {
 // The device thread's own state and its steps; nothing here is shared.
 class Writer {
 public:
-    explicit Writer(PulseDevice::Core& core) : core_(core), clock_(core.format.sampleRate) {}
+    explicit Writer(PulseDevice::Core& core)
+        : core_(core), clock_(core.format.sampleRate),
+          lazyAheadFrames_(int64_t{core.format.sampleRate} * kLazyAheadMilliseconds / 1000) {}
     ~Writer() { CancelPending(); }
 
     void Run() {
@@ -103,14 +118,26 @@ public:
             core_.thread.ServeRequest([this](const DeviceRequest& r) { Apply(r); });
             if (!startPending_) DrainCommits();
             UpdatePlayed();
-            core_.played.Publish(run_, static_cast<uint64_t>(played_));
-            const int tick = mode_ == DeviceMode::Playing ? kTickMilliseconds : kIdleTickMilliseconds;
+            PublishPosition();
+            const int tick = mode_ != DeviceMode::Playing ? kIdleTickMilliseconds
+                             : anchored_                  ? kSteadyTickMilliseconds
+                                                          : kTickMilliseconds;
             if (!core_.connection->Iterate(tick)) SleepOnWakeup();
         }
     }
 
 private:
     bool Down() const { return core_.failed.load(std::memory_order_relaxed); }
+
+    // The count, the anchor readers move on from, and whether commits must wake this
+    // thread.
+    void PublishPosition() {
+        core_.played.Publish(run_, static_cast<uint64_t>(played_));
+        anchored_ = mode_ == DeviceMode::Playing && !startPending_ && !down_ && played_ > 0;
+        core_.anchor.Publish({run_, played_, stampNs_, committedFrames_, anchored_});
+        const bool plenty = anchored_ && serverFrames_ - played_ > lazyAheadFrames_;
+        core_.wakeOnCommit.store(!plenty, std::memory_order_release);
+    }
 
     void CheckServer() {
         if (!down_ && !Down()) {
@@ -134,6 +161,7 @@ private:
             run_ = r.run;
             played_ = 0;
             committedFrames_ = 0;
+            serverFrames_ = 0;
             cursor_ = 0;
             pendingSeek_ = 0;
             mode_ = r.mode;
@@ -146,6 +174,7 @@ private:
             CancelPending();
             pending_ = Pulse()->pa_stream_flush(core_.stream, &Writer::OnFlushed, this);
             if (!pending_) core_.Fail("cannot restart the PulseAudio stream");
+            PublishPosition();
             return;
         }
         if (r.mode == mode_) return;
@@ -155,8 +184,12 @@ private:
         } else if (!startPending_ && !down_) {
             Cork(r.mode != DeviceMode::Playing);
         }
+        // Where a pause or stop left playback is published before the caller goes on, so
+        // that no reader moves the anchor on past it.
+        UpdatePlayed();
         mode_ = r.mode;
         if (mode_ == DeviceMode::Playing) clock_.Restart(PlayClock::Clock::now());
+        PublishPosition();
     }
 
     static void OnFlushed(pa_stream* stream, int, void* self) {
@@ -196,7 +229,10 @@ private:
     void DrainCommits() {
         int32_t count = 0;
         while (core_.commits.Pop(&count)) {
-            if (count > 0) committedFrames_ += count;
+            if (count > 0) {
+                committedFrames_ += count;
+                serverFrames_ += count;
+            }
             if (down_ || core_.ringSize == 0) continue;
             if (count > 0)
                 WriteFromRing(uint64_t{static_cast<uint32_t>(count)} * core_.bytesPerFrame);
@@ -230,6 +266,7 @@ private:
                                                (core_.format.bitsPerSample / 8)) * count;
         cursor_ = (cursor_ + static_cast<uint32_t>(n)) % core_.ringSize;
         pendingSeek_ += n;
+        serverFrames_ += n / static_cast<int32_t>(core_.bytesPerFrame);
     }
 
     void ApplyVolume() {
@@ -252,6 +289,7 @@ private:
         if (startPending_) return;
         pa_usec_t now = 0;
         if (Pulse()->pa_stream_get_time(core_.stream, &now) != 0 || now <= baseUsec_) return;
+        stampNs_ = PlayAnchor::NowNs();
         const int64_t frames =
             static_cast<int64_t>((now - baseUsec_) * core_.format.sampleRate / 1'000'000);
         // The server's clock is interpolated and runs on over silence; nothing can have
@@ -276,6 +314,10 @@ private:
     pa_usec_t baseUsec_ = 0;     // stream time at the last Start
     int64_t played_ = 0;
     int64_t committedFrames_ = 0;  // positive commits since Start, for the clock
+    int64_t serverFrames_ = 0;     // the server's write index since Start, in frames
+    const int64_t lazyAheadFrames_;
+    bool anchored_ = false;        // the server's clock runs and readers move it on
+    int64_t stampNs_ = 0;          // when played_ was read from the server's clock
     uint32_t cursor_ = 0;          // the device's write cursor in the ring, bytes
     int64_t pendingSeek_ = 0;      // relative seek of the next write, bytes
     int32_t appliedVolume_ = 0;    // the stream starts at full volume
@@ -382,7 +424,8 @@ void PulseDevice::CommitFrames(int32_t count) {
         }
         std::this_thread::sleep_for(std::chrono::milliseconds(1));
     }
-    core_->thread.Wake();
+    // A take-back must reach the server before it plays what is taken back.
+    if (count < 0 || core_->wakeOnCommit.load(std::memory_order_acquire)) core_->thread.Wake();
 }
 
 void PulseDevice::SetVolume(uint32_t volume) {
@@ -398,12 +441,15 @@ uint32_t PulseDevice::GetVolume() {
 
 uint32_t PulseDevice::GetPlayPosition() {
     if (!core_ || core_->ringFrames == 0) return 0;
-    return static_cast<uint32_t>(core_->played.Value() % core_->ringFrames) * BytesPerFrame();
+    return static_cast<uint32_t>(static_cast<uint64_t>(GetPlayedFrames()) % core_->ringFrames) * BytesPerFrame();
 }
 
 int64_t PulseDevice::GetPlayedFrames() {
     if (!core_ || core_->ringFrames == 0) return 0;
-    return static_cast<int64_t>(core_->played.Value());
+    const GenerationCounter::Reading count = core_->played.Read();
+    const auto value = static_cast<int64_t>(count.value);
+    const std::optional<int64_t> moved = core_->anchor.FramesAt(count.run, PlayAnchor::NowNs(), Format().sampleRate);
+    return moved ? std::max(value, *moved) : value;
 }
 
 bool PulseDevice::CanSetVolume() const { return IsOpen(); }

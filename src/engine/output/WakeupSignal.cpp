@@ -1,6 +1,7 @@
 #include "WakeupSignal.h"
 
 #include <cstdint>
+#include <poll.h>
 #include <sys/eventfd.h>
 #include <unistd.h>
 
@@ -21,6 +22,13 @@ void WakeupSignal::Raise() const {
 void WakeupSignal::Drain() const {
     uint64_t count;
     [[maybe_unused]] ssize_t n = read(fd_, &count, sizeof count);
+}
+
+bool WakeupSignal::WaitMilliseconds(int milliseconds) const {
+    struct pollfd fd{fd_, POLLIN, 0};
+    if (poll(&fd, 1, milliseconds) <= 0 || !(fd.revents & POLLIN)) return false;
+    Drain();
+    return true;
 }
 
 }  // namespace verdin

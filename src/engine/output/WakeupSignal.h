@@ -14,6 +14,9 @@ public:
     int Fd() const { return fd_; }
     void Raise() const;
     void Drain() const;
+    // Sleeps until the signal is raised or the time is up, and drains it; true when it
+    // was raised. Without an eventfd (not Valid) it only sleeps.
+    bool WaitMilliseconds(int milliseconds) const;
 
 private:
     int fd_ = -1;

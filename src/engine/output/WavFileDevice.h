@@ -30,6 +30,7 @@ public:
     void Resume() override;
     void Wait(uint32_t frames) override;
     uint32_t RoomToWaitFor(uint32_t frames) const override { return frames; }
+    bool PacesItself() const override { return false; }
     uint32_t GetVolume() override;
     uint32_t GetPlayPosition() override;
     int64_t GetPlayedFrames() override;

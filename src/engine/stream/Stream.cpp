@@ -126,7 +126,10 @@ bool Stream::StartStream(const OutputTarget& target) {
 
 bool Stream::TryLinkNext(Stream* next) {
     uintptr_t expected = 0;
-    return next_.compare_exchange_strong(expected, reinterpret_cast<uintptr_t>(next), std::memory_order_acq_rel);
+    if (!next_.compare_exchange_strong(expected, reinterpret_cast<uintptr_t>(next), std::memory_order_acq_rel))
+        return false;
+    Nudge();  // a thread waiting for its last frames to be heard hands over now
+    return true;
 }
 
 Stream* Stream::NextStream() const {

@@ -150,6 +150,7 @@ private:
     void Deliver(uint32_t bytes, bool equalize);
     bool ApplyBufferRules(uint32_t frames);
     bool DeviceFailed(OutputDevice& device);
+    void AwaitDevice(OutputDevice& device, uint32_t frames);
     bool HandOverIfLinked(bool closeLink);
     void WriteFrames(const uint8_t* data, uint32_t frames);
     void EndDecoding();

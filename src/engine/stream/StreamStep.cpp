@@ -152,10 +152,19 @@ bool Stream::ApplyBufferRules(uint32_t n) {
     int64_t played = device->GetPlayedFrames();
     while (written + n > played + static_cast<int64_t>(ring_.frames)) {
         if (StopRequested() || DeviceFailed(*device)) return false;
-        device->Wait(device->RoomToWaitFor(n));
+        AwaitDevice(*device, device->RoomToWaitFor(n));
         played = device->GetPlayedFrames();
     }
     return !StopRequested() && !DeviceFailed(*device);
+}
+
+// A device that plays on its own is waited for here, where a stop, a pause or a next
+// stream linking itself cuts the wait short; a device that writes when waited on (a
+// file) is called.
+void Stream::AwaitDevice(OutputDevice& device, uint32_t frames) {
+    if (!device.PacesItself()) return device.Wait(frames);
+    const uint64_t rate = format_.sampleRate ? format_.sampleRate : 1;
+    Doze(static_cast<uint32_t>(std::max<uint64_t>(1, uint64_t{frames} * 1000 / rate)));
 }
 
 // A device that can no longer play or write (the sound server died, the disk is full)
@@ -252,11 +261,12 @@ void Stream::PlayOut() {
         prefilling_.store(false, std::memory_order_release);
         if (!PlaybackPaused()) device->Resume();
     }
-    const uint32_t step = std::max(1u, format_.sampleRate / 20);  // 50 ms
+    // A next stream that links itself meanwhile nudges this one out of its wait.
+    const uint32_t step = std::max(1u, format_.sampleRate / 4);  // 250 ms
     while (!FinishRequested() && !device->PlayedOut() && !DeviceFailed(*device)) {
         if (HandOverIfLinked(false)) return;
         const int64_t left = written - device->GetPlayedFrames();
-        device->Wait(static_cast<uint32_t>(std::clamp<int64_t>(left, 1, step)));
+        AwaitDevice(*device, static_cast<uint32_t>(std::clamp<int64_t>(left, 1, step)));
     }
     HandOverIfLinked(true);
 }

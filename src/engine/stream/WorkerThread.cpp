@@ -9,7 +9,9 @@
 namespace verdin {
 
 namespace {
-constexpr auto kPausedSleep = std::chrono::milliseconds(20);
+// A paused thread wakes for a request through the nudge; the timeout is only a fallback
+// for a missing eventfd.
+constexpr uint32_t kPausedDozeMs = 500;
 }
 
 WorkerThread::~WorkerThread() { StopAndJoin(); }
@@ -55,22 +57,25 @@ int32_t WorkerThread::Start(int priority) {
 void WorkerThread::Stop() {
     finishRequested_.store(1, std::memory_order_release);
     stopRequested_.store(1, std::memory_order_release);
+    nudge_.Raise();
     if (thread_.joinable()) WaitUntilState(kFinished);
 }
 
 void WorkerThread::Pause() {
     pauseRequested_.store(1, std::memory_order_release);
+    nudge_.Raise();
     if (GetState() == kRunning) WaitWhileState(kRunning);
 }
 
 void WorkerThread::Resume() {
     pauseRequested_.store(0, std::memory_order_release);
+    nudge_.Raise();
     if (GetState() == kPaused) WaitWhileState(kPaused);
 }
 
 bool WorkerThread::RunHere() {
     while (!StopRequested()) {
-        if (pauseRequested_.load(std::memory_order_acquire)) std::this_thread::sleep_for(kPausedSleep);
+        if (pauseRequested_.load(std::memory_order_acquire)) Doze(kPausedDozeMs);
         else Step();
     }
     return StopRequested();
@@ -87,7 +92,7 @@ void WorkerThread::Body() {
     while (!StopRequested()) {
         if (pauseRequested_.load(std::memory_order_acquire)) {
             if (GetState() != kPaused) SetState(kPaused);
-            std::this_thread::sleep_for(kPausedSleep);
+            Doze(kPausedDozeMs);
         } else {
             if (GetState() != kRunning) SetState(kRunning);
             Step();

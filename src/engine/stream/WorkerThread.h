@@ -7,7 +7,11 @@
 // 0 starting, 1 running, 2 finished, 3 paused. A Step is never interrupted: Stop, Pause
 // and Resume return between Steps. The waits use std::atomic wait/notify on `state`
 // (the thread notifies at every change), so they wake as soon as the state changes
-// instead of polling.
+// instead of polling. The other way round, every request also raises a wake-up signal, so
+// a thread that dozes between Steps (Doze, or the pause) sees it at once: it may doze long
+// without making Stop or Pause wait.
+#include "engine/output/WakeupSignal.h"
+
 #include <atomic>
 #include <cstdint>
 #include <thread>
@@ -46,6 +50,8 @@ public:
     int32_t GetState() const { return state_.load(std::memory_order_acquire); }
     // Waits until the thread has finished (at once when it never started or has ended).
     void WaitUntilFinished() const { WaitUntilState(kFinished); }
+    // Any thread: cuts the thread's current Doze short (something it waits for changed).
+    void Nudge() const { nudge_.Raise(); }
 
 protected:
     virtual void OnStart() {}
@@ -54,6 +60,9 @@ protected:
 
     bool StopRequested() const { return stopRequested_.load(std::memory_order_acquire) != 0; }
     bool FinishRequested() const { return finishRequested_.load(std::memory_order_acquire) != 0; }
+    // The thread's own wait between Steps: returns after the given time, or earlier when
+    // a request or a Nudge came.
+    void Doze(uint32_t milliseconds) const { nudge_.WaitMilliseconds(static_cast<int>(milliseconds)); }
     // A Step ends the thread by itself with this (the end of a track and its pause).
     void RequestStop() { stopRequested_.store(1, std::memory_order_release); }
 
@@ -67,6 +76,8 @@ private:
     void WaitUntilState(int32_t s) const;
 
     std::thread thread_;
+    // Raised after every request and by Nudge; waited on by Doze and while paused.
+    WakeupSignal nudge_;
     // Raised by the controlling thread (release), read by the worker (acquire); cleared by
     // the worker when it begins.
     std::atomic<int32_t> stopRequested_{0};
