@@ -4,7 +4,7 @@
  *
  * An example for plug-in authors as much as a feature: it is built against the SDK
  * headers alone, asks the player nothing but the host window's WM_USER queries, and asks
- * them from a thread of its own, twice a second, which its quit stops and waits for. It
+ * them from a thread of its own, once a second, which its quit stops and waits for. It
  * talks to the session bus only when one is named in the environment, so that it never
  * starts a bus of its own.
  */
@@ -17,7 +17,9 @@
 #include <string.h>
 #include <time.h>
 
-#define POLL_MS 500
+/* Each look costs three round trips to the player's user-interface thread; once a second
+ * is soon enough for a notification. */
+#define POLL_MS 1000
 
 static winampGeneralPurposePlugin plugin;
 static pthread_t watcher;
