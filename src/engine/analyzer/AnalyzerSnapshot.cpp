@@ -7,7 +7,9 @@ namespace verdin {
 namespace {
 
 // Frames of a ring buffer from a byte offset on, wrapping at the ring's end (byte by
-// byte, so even a ring that is not a whole number of frames reads safely).
+// byte, so even a ring that is not a whole number of frames reads safely). The snapshot
+// spans far less than the ring, so an offset is brought back into it by one subtraction;
+// only a sample that straddles the end is read with a division per byte.
 struct RingFrames {
     std::span<const uint8_t> ring;
     uint64_t start;
@@ -17,9 +19,14 @@ struct RingFrames {
     // The sample left-aligned in 32 bits: 16-bit s gives s << 16, 24-bit s << 8, and
     // unsigned 8-bit u gives (u - 128) << 24.
     int32_t LeftAligned(uint32_t frame, uint32_t channel) const {
-        const uint64_t offset = start + uint64_t{frame} * frameBytes + channel * bytesPerSample;
+        uint64_t offset = start + uint64_t{frame} * frameBytes + channel * bytesPerSample;
+        if (offset >= ring.size()) offset %= ring.size();
         uint32_t bits = 0;
-        for (uint32_t b = 0; b < bytesPerSample; ++b) bits |= uint32_t{ring[(offset + b) % ring.size()]} << (8 * b);
+        if (offset + bytesPerSample <= ring.size()) {
+            for (uint32_t b = 0; b < bytesPerSample; ++b) bits |= uint32_t{ring[offset + b]} << (8 * b);
+        } else {
+            for (uint32_t b = 0; b < bytesPerSample; ++b) bits |= uint32_t{ring[(offset + b) % ring.size()]} << (8 * b);
+        }
         bits <<= 32 - 8 * bytesPerSample;
         if (bytesPerSample == 1) bits ^= 0x80000000u;  // unsigned to signed
         return static_cast<int32_t>(bits);
