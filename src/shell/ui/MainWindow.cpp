@@ -425,15 +425,15 @@ void MainWindow::DisplayTick() {
     const bool analyzerShown = settings.frequencyAnalyzer != 0;
     const bool oscilloscopeShown = settings.oscilloscope != 0;
     if (!stream) {
-        if (analyzerShown) analyzer_->update();
-        if (oscilloscopeShown) oscilloscope_->update();
+        if (analyzerShown) analyzer_->Refresh();
+        if (oscilloscopeShown) oscilloscope_->Refresh();
         return;
     }
     const ScopeCadence::Tick tick = cadence_.Advance(analyzerShown);
     if (!tick.redraw || settings.minimized || settings.miniWindowMode || isMinimized()) return;
     if ((analyzerShown && tick.computeSpectrum) || oscilloscopeShown) player_.TakeAnalyzerSnapshot();
-    if (analyzerShown) analyzer_->update();
-    if (oscilloscopeShown) oscilloscope_->update();
+    if (analyzerShown) analyzer_->Refresh();
+    if (oscilloscopeShown) oscilloscope_->Refresh();
 }
 
 void MainWindow::PaintAnalyzer(ScopePixels& pixels) {

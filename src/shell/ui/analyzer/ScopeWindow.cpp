@@ -1,6 +1,7 @@
 #include "ScopeWindow.h"
 
 #include <QImage>
+#include <QPaintEvent>
 #include <QPainter>
 
 namespace verdin {
@@ -16,16 +17,19 @@ ScopeWindow::ScopeWindow(const QString& name, QWidget* parent) : QFrame(parent) 
 void ScopeWindow::paintEvent(QPaintEvent* event) {
     if (painter_) painter_(pixels_);
     // The buffer's rows go bottom-up; the image's top-down.
-    QImage image(kScopeWidth, kScopeHeight, QImage::Format_RGB32);
     for (int row = 0; row < kScopeHeight; ++row)
         std::copy_n(&pixels_[static_cast<size_t>(row * kScopeWidth)], kScopeWidth,
-                    reinterpret_cast<uint32_t*>(image.scanLine(kScopeHeight - 1 - row)));
+                    reinterpret_cast<uint32_t*>(image_.scanLine(kScopeHeight - 1 - row)));
     {
         QPainter painter(this);
         // One copy, pixel for pixel, inside the 2-pixel edge.
-        painter.drawImage(QPoint((width() - kScopeWidth) / 2, (height() - kScopeHeight) / 2), image);
+        painter.drawImage(PictureRect().topLeft(), image_);
     }
-    QFrame::paintEvent(event);
+    if (!PictureRect().contains(event->rect())) QFrame::paintEvent(event);
+}
+
+QRect ScopeWindow::PictureRect() const {
+    return {QPoint((width() - kScopeWidth) / 2, (height() - kScopeHeight) / 2), QSize(kScopeWidth, kScopeHeight)};
 }
 
 ScopeColours MakeScopeColours(const QPalette& palette) {
