@@ -56,7 +56,7 @@ CoreApplication::CoreApplication(RunOptions options, QObject* parent)
     progressTimer_.setInterval(100);
     connect(&progressTimer_, &QTimer::timeout, this, &CoreApplication::ProgressTick);
     displayTimer_.setObjectName(QStringLiteral("126"));
-    displayTimer_.setInterval(10);
+    displayTimer_.setInterval(kDisplayStepMs);
     connect(&displayTimer_, &QTimer::timeout, this, &CoreApplication::DisplayTimerTick);
     WatchSignals();
 }
@@ -187,13 +187,20 @@ void CoreApplication::UpdateDisplayTimer() {
     // second for nothing costs processor time.
     const bool wanted = timersRunning_ && !tornDown_ &&
                         (!options_.headless || core_->Face().GetSettings().enableVisualizationPlugins != 0);
+    // The pictures change every third step; only visualization modules render on every
+    // one. Without them the timer fires every 30 ms and runs its three steps at once: the
+    // same pictures at the same times, a third of the wake-ups.
+    const bool modules = core_->Face().GetSettings().enableVisualizationPlugins != 0;
+    displayTimer_.setInterval(modules ? kDisplayStepMs : 3 * kDisplayStepMs);
     if (wanted && !displayTimer_.isActive()) displayTimer_.start();
     if (!wanted) displayTimer_.stop();
 }
 
 void CoreApplication::DisplayTimerTick() {
-    DisplayTick();
-    core_->VisualizationTick();
+    for (int step = 0; step < displayTimer_.interval() / kDisplayStepMs; ++step) {
+        DisplayTick();
+        core_->VisualizationTick();
+    }
 }
 
 void CoreApplication::RefreshNow() {}

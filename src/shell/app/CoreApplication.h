@@ -100,6 +100,9 @@ private:
     std::unique_ptr<QObject> mpris_;
     QTimer progressTimer_;
     QTimer displayTimer_;
+    // One step of the display tick: the analyzer's, the oscilloscope's and the
+    // visualization modules' clock.
+    static constexpr int kDisplayStepMs = 10;
     bool tornDown_ = false;
     bool timersRunning_ = false;
     bool startUpScheduled_ = false;
