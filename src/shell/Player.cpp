@@ -124,6 +124,9 @@ const ReplayGainSettings& Player::GetReplayGain() const { return core_.playback_
 bool Player::ChangeReplayGain(const ReplayGainSettings& settings) {
     core_.playback_.SetReplayGain(settings);
     const bool saved = CreateUserDirectory() && SaveReplayGainSettings(settings, core_.environment_.userDirectory);
+    if (!saved)
+        core_.host_.ShowMessage("Unable to save the ReplayGain settings to " +
+                                    ReplayGainFilePath(core_.environment_.userDirectory), MessageIcon::kError);
     core_.Announce(kSettingsChanged);
     return saved;
 }
