@@ -1,5 +1,6 @@
 #include "shell/replaygain/ReplayGainFile.h"
 
+#include <QFileInfo>
 #include <QSettings>
 
 #include <array>
@@ -64,7 +65,10 @@ ReplayGainLoad LoadReplayGainSettings(const std::string& userDirectory) {
     ReplayGainLoad load;
     const QString path = QString::fromStdString(ReplayGainFilePath(userDirectory));
     QSettings file(path, QSettings::IniFormat);
-    if (file.status() != QSettings::NoError) {
+    // A file with bytes but no key of the group is not one of these settings (QSettings
+    // skips what it cannot parse without saying so).
+    const bool noKeys = !file.childGroups().contains(QStringLiteral("ReplayGain")) && QFileInfo(path).size() > 0;
+    if (file.status() != QSettings::NoError || noKeys) {
         load.problem = "The ReplayGain settings in " + path.toStdString() + " cannot be read; ReplayGain is off.";
         return load;
     }
