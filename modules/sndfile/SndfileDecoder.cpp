@@ -28,12 +28,14 @@ SndfileDecoder* SndfileDecoder::Open(const char* path, uint32_t dataOffset) {
     decoder->block_ = std::make_unique<uint8_t[]>(static_cast<size_t>(kBlockFrames) * decoder->file_.bytesPerFrame());
     if (decoder->file_.delivery() == SampleDelivery::kFloatToSixteenBit)
         decoder->floats_ = std::make_unique<float[]>(samples);
+    if (decoder->file_.downmix()) decoder->wide_ = std::make_unique<int16_t[]>(samples);
     return decoder;
 }
 
 uint32_t SndfileDecoder::Decode(const void** block) {
     *block = nullptr;
-    auto* pcm16 = reinterpret_cast<short*>(block_.get());
+    // Folded files are read into the wide buffer first, then mixed into the block.
+    auto* pcm16 = wide_ ? wide_.get() : reinterpret_cast<short*>(block_.get());
     sf_count_t frames = 0;
     switch (file_.delivery()) {
     case SampleDelivery::kStoredBytes:
@@ -49,6 +51,8 @@ uint32_t SndfileDecoder::Decode(const void** block) {
         break;
     }
     if (frames <= 0) return 0;
+    if (const StereoDownmix* downmix = file_.downmix())
+        downmix->Mix(pcm16, static_cast<size_t>(frames), reinterpret_cast<int16_t*>(block_.get()));
     *block = block_.get();
     return static_cast<uint32_t>(frames * file_.bytesPerFrame());
 }

@@ -1,6 +1,7 @@
 #pragma once
 // One playing sound file: blocks of up to kBlockFrames frames, 16-bit signed or, for
-// unsigned 8-bit PCM, the stored bytes (see SampleDelivery).
+// unsigned 8-bit PCM, the stored bytes (see SampleDelivery); files of more than two
+// channels are read whole and folded into stereo.
 #include "SndfileFile.h"
 
 #include <verdin/input.h>
@@ -33,6 +34,7 @@ private:
     SndfileFile file_;
     std::unique_ptr<uint8_t[]> block_;
     std::unique_ptr<float[]> floats_;  // only for floating-point files
+    std::unique_ptr<int16_t[]> wide_;  // only for files folded into stereo: all channels
 };
 
 }  // namespace verdin::sndfile

@@ -1,6 +1,7 @@
 #include "SndfileFile.h"
 
 #include "FlacLength.h"
+#include "SpeakerLayout.h"
 
 namespace verdin::sndfile {
 
@@ -12,6 +13,7 @@ void SndfileFile::Close() {
     if (handle_) sf_close(handle_);
     handle_ = nullptr;
     frames_ = 0;
+    downmix_.reset();
     file_.reset();
 }
 
@@ -24,10 +26,11 @@ bool SndfileFile::Open(const char* path, uint32_t dataOffset) {
     info_ = SF_INFO{};
     handle_ = sf_open_virtual(&kSndfileSourceIo, SFM_READ, &info_, &source_);
     if (!handle_) return false;
-    if ((info_.channels != 1 && info_.channels != 2) || info_.samplerate <= 0) {
+    if (info_.channels < 1 || info_.channels > kMaxChannels || info_.samplerate <= 0) {
         Close();
         return false;
     }
+    if (info_.channels > 2) downmix_.emplace(SpeakersOf(handle_, info_));
     frames_ = info_.frames > 0 && info_.frames != SF_COUNT_MAX ? info_.frames : 0;
     if (frames_ == 0 && (info_.format & SF_FORMAT_TYPEMASK) == SF_FORMAT_FLAC)
         frames_ = FlacLengthFromLastFrame(source_.fd, source_.dataOffset, source_.length);
@@ -38,7 +41,7 @@ bool SndfileFile::Open(const char* path, uint32_t dataOffset) {
 
 SampleDelivery SndfileFile::delivery() const {
     switch (info_.format & SF_FORMAT_SUBMASK) {
-    case SF_FORMAT_PCM_U8: return SampleDelivery::kStoredBytes;
+    case SF_FORMAT_PCM_U8: return downmix_ ? SampleDelivery::kSixteenBit : SampleDelivery::kStoredBytes;
     case SF_FORMAT_FLOAT:
     case SF_FORMAT_DOUBLE: return SampleDelivery::kFloatToSixteenBit;
     default: return SampleDelivery::kSixteenBit;

@@ -68,7 +68,7 @@ void DescribeSoundFile(const SndfileFile& file, const char* path, TrackInfo& inf
         std::numeric_limits<uint32_t>::max()));
     info.bitrate = BitRate(file);
     info.sampleRate = sf.samplerate;
-    info.channels = sf.channels;
+    info.channels = file.channels();
     info.bitsPerSample = file.bitsPerSample();
 }
 

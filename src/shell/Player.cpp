@@ -1,11 +1,13 @@
 // The facade's views, and the commands that carry arguments.
 #include "Player.h"
 
+#include "base/Locations.h"
 #include "playlist/titles/StatusTimes.h"
 #include "playlist/titles/TrackTitle.h"
 #include "playlist/titles/WindowTitle.h"
 #include "settings/store/SettingsStore.h"
 #include "shell/PlayerCore.h"
+#include "shell/replaygain/ReplayGainFile.h"
 
 #include <algorithm>
 
@@ -114,6 +116,18 @@ bool Player::ChangeSettings(const std::function<void(Settings&)>& change) {
     core_.SettingsChanged(before);
     const bool saved = SaveUserSettings(core_.settings_, core_.environment_);
     core_.Announce(kSettingsChanged | kDisplayChanged);
+    return saved;
+}
+
+const ReplayGainSettings& Player::GetReplayGain() const { return core_.playback_.ReplayGain(); }
+
+bool Player::ChangeReplayGain(const ReplayGainSettings& settings) {
+    core_.playback_.SetReplayGain(settings);
+    const bool saved = CreateUserDirectory() && SaveReplayGainSettings(settings, core_.environment_.userDirectory);
+    if (!saved)
+        core_.host_.ShowMessage("Unable to save the ReplayGain settings to " +
+                                    ReplayGainFilePath(core_.environment_.userDirectory), MessageIcon::kError);
+    core_.Announce(kSettingsChanged);
     return saved;
 }
 

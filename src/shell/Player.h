@@ -9,6 +9,7 @@
 #include "playlist/view/PlaylistViewText.h"
 #include "plugins/dsp/DspForward.h"
 #include "shell/CommandTable.h"
+#include "shell/replaygain/ReplayGainSettings.h"
 
 #include <verdin/input.h>
 
@@ -95,6 +96,11 @@ public:
     // What depends on the settings follows the change at once (volume, equalizer, DSP
     // modules, play order); then they are saved and announced. False when saving failed.
     bool ChangeSettings(const std::function<void(Settings&)>& change);
+    // ReplayGain, kept apart from the settings record: tracks opened from now on use the
+    // new values; they are saved to their own file and announced as a settings change.
+    // False when saving failed.
+    const ReplayGainSettings& GetReplayGain() const;
+    bool ChangeReplayGain(const ReplayGainSettings& settings);
 
     // Edits of the main list, each keeping play order and current row consistent. Rows
     // are rows of the main playlist; atRow < 0 (or past the end) appends.

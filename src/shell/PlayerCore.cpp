@@ -8,6 +8,7 @@
 #include "plugins/dsp/DspPluginsText.h"
 #include "settings/EqualizerRecord.h"
 #include "settings/store/SettingsStore.h"
+#include "shell/replaygain/ReplayGainFile.h"
 
 namespace verdin {
 
@@ -83,6 +84,9 @@ void PlayerCore::TakeAnalyzerSnapshot(bool spectrumDue) {
 
 void PlayerCore::StartUp(std::string_view commandText) {
     startupDone_ = true;
+    const ReplayGainLoad replayGain = LoadReplayGainSettings(environment_.userDirectory);
+    playback_.SetReplayGain(replayGain.settings);
+    if (!replayGain.problem.empty()) host_.ShowMessage(replayGain.problem, MessageIcon::kWarning);
     if (!commandText.empty()) {
         face_.ExecuteCommandText(commandText);
     } else {

@@ -328,10 +328,10 @@ TEST_F(BundledInput, TypesAndFilesThatCannotBeRead) {
     WriteBytes(dir.file("tag_then_garbage.mp3"), Concat(Id3v2Tag(512), {garbage.begin(), garbage.begin() + 8192}));
     const Bytes wav = ReadBytes(Wav().path);
     WriteBytes(dir.file("header_cut.wav"), {wav.begin(), wav.begin() + 20});
-    WriteWav(dir.file("three_channels.wav"), 3, 8000, 16, Bytes(6 * 800));
+    WriteWav(dir.file("65_channels.wav"), 65, 8000, 16, Bytes(130 * 800));  // more than any speaker layout
     const std::tuple<const Plugin*, std::string, std::string, std::vector<std::pair<std::string, uint32_t>>> refusals[] = {
         {&mpeg_, ".mp3", Cbr().path, {{dir.file("three_bytes.mp3"), 0}, {dir.file("tag_then_garbage.mp3"), 512}}},
-        {&sndfile_, ".wav", Wav().path, {{dir.file("header_cut.wav"), 0}, {dir.file("three_channels.wav"), 0}, {Wav().path, 10}}},  // an offset inside the header
+        {&sndfile_, ".wav", Wav().path, {{dir.file("header_cut.wav"), 0}, {dir.file("65_channels.wav"), 0}, {Wav().path, 10}}},  // an offset inside the header
     };
     for (auto [plugin, extension, readable, refused] : refusals) {
         WriteFile(dir.file("empty" + extension), "");

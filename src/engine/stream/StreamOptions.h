@@ -31,6 +31,9 @@ struct StreamOptions {
     bool ignoreTags = false;        // how the stream reads the track's leading tag
     bool equalizerEnabled = false;
     EqualizerValues equalizerValues{};
+    // The track's ReplayGain, worked out by whoever opens the stream: a linear factor on
+    // the decoded samples, before the equalizer (SampleGain.h). 1 leaves them as decoded.
+    float gain = 1.0f;
     DspHook dsp;
 };
 

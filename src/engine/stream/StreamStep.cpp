@@ -4,6 +4,7 @@
 
 #include "engine/equalizer/Equalizer.h"
 #include "engine/output/OutputDevice.h"
+#include "engine/stream/SampleGain.h"
 #include "engine/stream/SilenceScan.h"
 #include "engine/stream/StreamOutput.h"
 
@@ -24,8 +25,9 @@ constexpr uint32_t kPauseBlockBytes = 1024;
 
 }  // namespace
 
-// Takes the next piece of the decoder's output into the work buffer: at most enough that
-// the equalizer's output and a DSP module doubling it still fit. 0 at the end of the track.
+// Takes the next piece of the decoder's output into the work buffer, with the track's
+// gain applied: at most enough that the equalizer's output and a DSP module doubling it
+// still fit. 0 at the end of the track.
 uint32_t Stream::DecodeBlock() {
     if (pendingBytes_ == 0) {
         const void* block = nullptr;
@@ -39,6 +41,7 @@ uint32_t Stream::DecodeBlock() {
     uint32_t take = std::min(pendingBytes_, room / frameBytes * frameBytes);
     if (take == 0) take = std::min(pendingBytes_, room);
     std::memcpy(work_.data(), pending_, take);
+    ApplySampleGain(work_.data(), take, format_.bitsPerSample, options_.gain);
     pending_ += take;
     pendingBytes_ -= take;
     framesDecoded_ += take / frameBytes;

@@ -8,6 +8,7 @@
 #include "settings/EqualizerRecord.h"
 #include "settings/Settings.h"
 #include "shell/PlayerHost.h"
+#include "shell/replaygain/ReplayGainFactor.h"
 
 #include <algorithm>
 
@@ -70,6 +71,7 @@ std::unique_ptr<Stream> Playback::MakeStream(const std::string& path, Stream* pr
         options.equalizerValues = MakeEqualizerRecord(linked.bands, linked.preAmp, settings_.loudness != 0);
     }
     if (dsp_) options.dsp = DspHook{dsp_->HookContext(), &DspHost::Process};
+    options.gain = ReplayGainFactorFor(replayGain_, path);
     auto stream = std::make_unique<Stream>(modules_, options);
     stream->OpenStream(path, previous);
     return stream;

@@ -16,6 +16,7 @@
 // through the announcement function. User-interface thread only.
 #include "engine/stream/Stream.h"
 #include "playlist/titles/StatusLine.h"
+#include "shell/replaygain/ReplayGainSettings.h"
 
 #include <cstdint>
 #include <functional>
@@ -46,6 +47,9 @@ public:
 
     // The DSP stage of streams made from now on (null: none).
     void SetDsp(DspHost* dsp) { dsp_ = dsp; }
+    // The ReplayGain of streams made from now on.
+    void SetReplayGain(const ReplayGainSettings& settings) { replayGain_ = settings; }
+    const ReplayGainSettings& ReplayGain() const { return replayGain_; }
 
     bool Playing() const { return current_ != nullptr; }
     PlayerStatus Status() const;
@@ -107,6 +111,7 @@ private:
     MainList& list_;
     PlayerHost& host_;
     Announcer announce_;
+    ReplayGainSettings replayGain_;
     DspHost* dsp_ = nullptr;
 
     std::unique_ptr<Stream> current_;

@@ -15,6 +15,8 @@
 #include "shell/ui/dialogs/options/OptionWidgets.h"
 #include "shell/ui/dialogs/options/OptionsDialog.h"
 #include "shell/ui/dialogs/options/OutputPage.h"
+#include "shell/ui/dialogs/options/PlayerPage.h"
+#include "shell/ui/dialogs/options/ReplayGainBox.h"
 #include "shell/ui/dialogs/options/PluginPages.h"
 #include "shell/ui/dialogs/properties/GeneralPageText.h"
 #include "shell/ui/dialogs/properties/RandomEntryDialog.h"
@@ -194,6 +196,15 @@ private slots:
         OptionsDialog third(s.owner, s.player);
         QVERIFY(third.PageOf<InputPage>()->FileTypes()->Folders()->isChecked());
         QCOMPARE(third.PageOf<InputPage>()->FileTypes()->Extensions()->item(0)->checkState(), Qt::Checked);
+        // The ReplayGain box is saved to a file of its own; the settings record stays as it was.
+        const std::string record = ReadFile(file);
+        third.PageOf<PlayerPage>()->ReplayGain()->Mode()->setCurrentIndex(2);
+        third.PageOf<PlayerPage>()->ReplayGain()->PreAmp()->setValue(-3.5);
+        QVERIFY(third.Apply());
+        QCOMPARE(ReadFile(file), record);
+        const std::string gain = ReadFile(s.home.Path("data/Brimfell/Verdin/ReplayGain.ini"));
+        QVERIFY2(gain.find("Mode=album") != std::string::npos && gain.find("PreAmp=-3.5") != std::string::npos, gain.c_str());
+        QCOMPARE(OptionsDialog(s.owner, s.player).PageOf<PlayerPage>()->ReplayGain()->Values().preAmpDb, -3.5);
 
         // "Reset All Options" asks first: No keeps everything, Yes restores the defaults.
         for (auto answer : {QMessageBox::No, QMessageBox::Yes}) {

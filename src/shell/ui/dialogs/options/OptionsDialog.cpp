@@ -84,9 +84,11 @@ bool OptionsDialog::Apply() {
     const bool saved = player_.ChangeSettings([this](Settings& settings) {
         for (OptionsPage* page : pages_) page->Apply(settings);
     });
+    bool savedApart = true;
+    for (OptionsPage* page : pages_) savedApart = page->ApplyApart() && savedApart;
     // What the player did with the values (the DSP page's list, say) is shown again.
     for (OptionsPage* page : pages_) page->Load();
-    return saved;
+    return saved && savedApart;
 }
 
 void OptionsDialog::accept() {

@@ -26,6 +26,9 @@ public:
     virtual void Load() = 0;
     // Puts the page's values into the settings the dialog is changing.
     virtual void Apply(Settings& s) = 0;
+    // Hands values kept apart from the settings record to the player, after the settings
+    // were applied; false when they could not be saved.
+    virtual bool ApplyApart() { return true; }
 
 protected:
     const Settings& CurrentSettings() const;

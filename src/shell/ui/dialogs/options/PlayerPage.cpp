@@ -2,6 +2,7 @@
 
 #include "settings/Settings.h"
 #include "shell/Player.h"
+#include "shell/ui/dialogs/options/ReplayGainBox.h"
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -113,6 +114,8 @@ PlayerPage::PlayerPage(Player& player, QWidget* parent) : OptionsPage(QStringLit
     silenceLevel_->setObjectName(QStringLiteral("silenceLevel"));
     betweenLayout->addWidget(silenceLevel_);
     layout->addWidget(between);
+    replayGain_ = new ReplayGainBox(this);
+    layout->addWidget(replayGain_);
     layout->addStretch();
 
     connect(pause_, &QCheckBox::toggled, pauseSeconds_, &QWidget::setEnabled);
@@ -139,6 +142,7 @@ void PlayerPage::Load() {
     crossfadeKept_ = {s.crossfadeLength, crossfadeSeconds_->value()};
     silenceLevel_->SetValue(std::clamp(s.silenceLevel, kLowestSilenceLevel, kHighestSilenceLevel));
     silenceKept_ = {s.silenceLevel, silenceLevel_->Value()};
+    replayGain_->Load(player_.GetReplayGain());
 }
 
 void PlayerPage::Apply(Settings& s) {
@@ -156,6 +160,11 @@ void PlayerPage::Apply(Settings& s) {
     }
     s.crossfadeLength = crossfadeKept_.Result(crossfadeSeconds_->value(), MillisecondsOf);
     s.silenceLevel = silenceKept_.Result(silenceLevel_->Value(), [](int level) { return level; });
+}
+
+bool PlayerPage::ApplyApart() {
+    const ReplayGainSettings values = replayGain_->Values();
+    return values == player_.GetReplayGain() || player_.ChangeReplayGain(values);
 }
 
 }  // namespace verdin

@@ -6,6 +6,8 @@
 // crossfade ("crossfade", "crossfadeLength"), and silence skipping
 // ("skipSilenceInTheBeginning", "skipSilenceInTheEnd", "silenceLevel" -100..-20 dB).
 //
+// And the ReplayGain box (ReplayGainBox.h).
+//
 // Streams take all of these when they are set up, so a change reaches the next track;
 // the process priority is set when the player starts.
 #include "shell/ui/dialogs/options/OptionWidgets.h"
@@ -17,6 +19,8 @@ class QDoubleSpinBox;
 class QSpinBox;
 
 namespace verdin {
+
+class ReplayGainBox;
 
 // Thread priority steps and process priority classes, by the names users know them by.
 std::span<const NamedValue> ThreadPriorityChoices();
@@ -31,6 +35,7 @@ public:
     explicit PlayerPage(Player& player, QWidget* parent = nullptr);
     void Load() override;
     void Apply(Settings& s) override;
+    bool ApplyApart() override;
 
     QSpinBox* BufferKilobytes() const { return bufferSize_; }
     LabelledSlider* Prefill() const { return prefill_; }
@@ -40,6 +45,7 @@ public:
     QDoubleSpinBox* PauseSeconds() const { return pauseSeconds_; }
     QDoubleSpinBox* CrossfadeSeconds() const { return crossfadeSeconds_; }
     LabelledSlider* SilenceLevel() const { return silenceLevel_; }
+    ReplayGainBox* ReplayGain() const { return replayGain_; }
 
 private:
     QSpinBox* bufferSize_ = nullptr;
@@ -50,6 +56,7 @@ private:
     QDoubleSpinBox* pauseSeconds_ = nullptr;
     QDoubleSpinBox* crossfadeSeconds_ = nullptr;
     LabelledSlider* silenceLevel_ = nullptr;
+    ReplayGainBox* replayGain_ = nullptr;
 
     KeptNumber<int> bufferKept_;
     KeptNumber<int> prefillKept_;
