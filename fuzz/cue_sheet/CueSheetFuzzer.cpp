@@ -1,7 +1,8 @@
 // The cue sheet fuzzer: arbitrary bytes are parsed as a sheet. A sheet taken must hold an
 // audio track, numbers from 1 to 99 named once, tracks that start after the one before
 // them in the same file and end after they start; the same text with CRLF line ends must
-// read the same. A refused sheet must say where. Anything else aborts.
+// give the same tracks, starts and titles. A refused sheet must say where. Anything else
+// aborts.
 #include "playlist/files/CueSheet.h"
 
 #include <cstdlib>
@@ -24,18 +25,6 @@ void CheckSheet(const verdin::CueSheet& sheet) {
     if (!audio) std::abort();
 }
 
-bool SameSheet(const verdin::CueSheet& a, const verdin::CueSheet& b) {
-    if (a.title != b.title || a.performer != b.performer || a.tracks.size() != b.tracks.size()) return false;
-    for (size_t i = 0; i < a.tracks.size(); ++i) {
-        const verdin::CueTrack& x = a.tracks[i];
-        const verdin::CueTrack& y = b.tracks[i];
-        if (x.number != y.number || x.audio != y.audio || x.file != y.file || x.title != y.title ||
-            x.performer != y.performer || x.start != y.start)
-            return false;
-    }
-    return true;
-}
-
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
@@ -51,6 +40,10 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     std::string crlf;
     for (const char c : text) crlf += c == '\n' ? std::string("\r\n") : std::string(1, c);
     const verdin::CueSheetParse again = verdin::ParseCueSheet(crlf);
-    if (!again.ok || !SameSheet(again.sheet, parse.sheet)) std::abort();
+    if (!again.ok || again.sheet.tracks.size() != parse.sheet.tracks.size()) std::abort();
+    for (size_t i = 0; i < again.sheet.tracks.size(); ++i) {
+        const verdin::CueTrack& track = again.sheet.tracks[i];
+        if (track.start != parse.sheet.tracks[i].start || track.title != parse.sheet.tracks[i].title) std::abort();
+    }
     return 0;
 }

@@ -248,9 +248,10 @@ void Stream::SeekStream(uint32_t milliseconds) {
     Pause();
     device->Stop();
     const uint32_t target = std::min(milliseconds, info_.duration);
-    uint32_t reached = 0;
-    if (section_.Active()) reached = section_.Landed(target, decoder_->ops->Seek(decoder_, section_.SeekTarget(target)));
-    else reached = decoder_->ops->Seek(decoder_, target);
+    // In a section the decoder lands on a whole frame at or before it; the rest is dropped.
+    const uint32_t reached = section_.Active()
+                                 ? section_.Landed(target, decoder_->ops->Seek(decoder_, section_.SeekTarget(target)))
+                                 : decoder_->ops->Seek(decoder_, target);
     device->Start();
     if (userPaused) device->Pause();
     device->Pause();  // silent until the buffer is filled again

@@ -20,7 +20,8 @@ std::string_view TakeWord(std::string_view& text) {
 }
 
 bool AllDigits(std::string_view text) {
-    return !text.empty() && text.size() <= 6 && std::all_of(text.begin(), text.end(), [](char c) { return c >= '0' && c <= '9'; });
+    const auto digit = [](char c) { return c >= '0' && c <= '9'; };
+    return !text.empty() && text.size() <= 6 && std::all_of(text.begin(), text.end(), digit);
 }
 
 // mm:ss:ff; -1 when malformed (seconds below 60, frames below 75).
@@ -163,8 +164,9 @@ CueSheetParse ParseCueSheet(std::string_view text) {
         text = end < text.size() ? text.substr(end + 1) : std::string_view{};
         if (!line.empty() && line.back() == '\r') line.remove_suffix(1);
         ++lineNumber;
-        if (line.find('\0') != std::string_view::npos) return {false, {}, "line " + std::to_string(lineNumber) + ": not text"};
-        if (!parser.Line(line)) return {false, {}, "line " + std::to_string(lineNumber) + ": " + parser.error};
+        const std::string where = "line " + std::to_string(lineNumber) + ": ";
+        if (line.find('\0') != std::string_view::npos) return {false, {}, where + "not text"};
+        if (!parser.Line(line)) return {false, {}, where + parser.error};
     }
     if (!parser.Finish()) return {false, {}, "at the end: " + parser.error};
     return {true, std::move(parser.sheet), {}};

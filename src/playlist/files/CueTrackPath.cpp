@@ -19,7 +19,9 @@ constexpr std::streamsize kMaxSheetBytes = 1 << 20;
 
 bool IsCueSheetName(std::string_view path) { return EqualsIgnoreCase(SplitTrackName(path).extension, ".cue"); }
 
-std::string CueTrackPath(std::string_view sheet, int number) { return std::string(sheet) + "#" + std::to_string(number); }
+std::string CueTrackPath(std::string_view sheet, int number) {
+    return std::string(sheet) + "#" + std::to_string(number);
+}
 
 std::optional<CueTrackName> SplitCueTrackPath(std::string_view path) {
     const size_t hash = path.rfind('#');

@@ -13,8 +13,9 @@ using CueSheets = PlaylistFileTest;
 
 TEST_F(CueSheets, ASheetsTracksAreRowsThatSurviveM3uAndPlsRoundTrips) {
     Write("disc/Image.wav");
-    Write("disc/Album.cue", "\xEF\xBB\xBFTITLE Album\r\nFILE \"Image.wav\" WAVE\r\nTRACK 01 AUDIO\r\nINDEX 01 00:00:00\r\n"
-                            "TRACK 02 MODE1/2352\r\nINDEX 01 00:02:00\r\nTRACK 03 AUDIO\r\nINDEX 01 00:04:00\r\n");
+    Write("disc/Album.cue", "\xEF\xBB\xBFTITLE Album\r\nFILE \"Image.wav\" WAVE\r\nTRACK 01 AUDIO\r\n"
+                            "INDEX 01 00:00:00\r\nTRACK 02 MODE1/2352\r\nINDEX 01 00:02:00\r\n"
+                            "TRACK 03 AUDIO\r\nINDEX 01 00:04:00\r\n");
     ASSERT_TRUE(Load(PathOf("disc/Album.cue")));
     ASSERT_EQ(Tree(), "$/disc/Album.cue#1 | $/disc/Album.cue#3");
     for (const PlaylistFormat format : {PlaylistFormat::kM3u, PlaylistFormat::kPls}) {
