@@ -92,7 +92,9 @@ private:
             if (blank != std::string::npos) file_ = std::string(TrimBlanks(std::string_view(file_).substr(0, blank)));
         }
         if (file_.empty()) return Fail("FILE names no file");
-        trackStartFloor_ = -1;
+        // The file of the track before named again goes on after that track.
+        const bool sameFile = !sheet.tracks.empty() && sheet.tracks.back().file == file_;
+        trackStartFloor_ = sameFile ? sheet.tracks.back().start : -1;
         return true;
     }
 
