@@ -1,6 +1,8 @@
 #include "TrackRecord.h"
 
 #include "engine/input/InputModuleList.h"
+#include "engine/stream/TrackProbe.h"
+#include "playlist/files/CueTrackPath.h"
 #include "tags/TagReader.h"
 
 #include <algorithm>
@@ -55,6 +57,7 @@ bool TrackRecord::RetrieveInformation(const InputModuleList& modules, bool ignor
     infoRetrieved_ = true;
     audioStart_ = 0;
     const std::string full = FullName();
+    if (SplitCueTrackPath(full)) return RetrieveCueTrackInformation(modules, offUserThread);
     if (!IsUrl()) {
         // A file read again (after it changed, or vanished) keeps nothing of its old tag.
         tag_.Clear();
@@ -83,6 +86,40 @@ bool TrackRecord::RetrieveInformation(const InputModuleList& modules, bool ignor
     }
     exists_ = true;
     SetInfo(info);
+    return true;
+}
+
+bool TrackRecord::RetrieveCueTrackInformation(const InputModuleList& modules, bool offUserThread) {
+    tag_.Clear();
+    tagVersion_ = {};
+    std::string error;
+    const std::optional<CueTrackSource> source = ResolveCueTrack(FullName(), error);
+    uint32_t imageStart = 0;
+    if (!source || !MeasureAudioStart(source->image, imageStart)) {
+        exists_ = false;
+        return false;
+    }
+    InputModule* module = modules.FindModuleFor(source->image, imageStart);
+    if (offUserThread && module && !modules.IsReentrant(module)) {
+        infoRetrieved_ = false;
+        return false;
+    }
+    TrackInfo info = Info();
+    if (!module || !module->ops || !module->ops->GetFileInfo ||
+        module->ops->GetFileInfo(module, source->image.c_str(), imageStart, &info) == 0) {
+        exists_ = false;
+        return false;
+    }
+    // The track's length: to the next track's start, or what is left of the image.
+    const int64_t lengthMs = source->end >= 0 ? (source->end - source->begin) * 1000 / kCdFramesPerSecond
+                                              : info.duration - source->begin * 1000 / kCdFramesPerSecond;
+    info.duration = static_cast<uint32_t>(std::clamp<int64_t>(lengthMs, 0, UINT32_MAX));
+    info.suggestedTitle[0] = '\0';
+    exists_ = true;
+    SetInfo(info);
+    if (!source->title.empty()) tag_.SetText(FrameId::Title, source->title);
+    if (!source->performer.empty()) tag_.SetText(FrameId::LeadArtist, source->performer);
+    if (!source->albumTitle.empty()) tag_.SetText(FrameId::Album, source->albumTitle);
     return true;
 }
 

@@ -43,6 +43,8 @@ public:
     // re-entrant may be asked; for any other module the record is left not retrieved
     // (InfoRetrieved() false), for the user-interface thread to finish. Safe to run for
     // different records on several threads at once.
+    // A cue sheet's track (CueTrackPath.h) takes its information from its image, its
+    // length from the sheet's boundaries, its title and performer from the sheet.
     bool RetrieveInformation(const InputModuleList& modules, bool ignoreTags, bool offUserThread = false);
 
     bool Exists() const { return exists_; }
@@ -75,6 +77,8 @@ public:
     uint32_t Revision() const { return revision_; }
 
 private:
+    bool RetrieveCueTrackInformation(const InputModuleList& modules, bool offUserThread);
+
     TrackName name_;
     TrackTag tag_;
     std::string suggestedTitle_;

@@ -30,8 +30,9 @@ void Stream::Fail(std::string text) {
     failed_.store(true, std::memory_order_release);
 }
 
-bool Stream::OpenStream(const std::string& path, Stream* previous) {
+bool Stream::OpenStream(const std::string& path, Stream* previous, const FileSection* section) {
     path_ = path;
+    section_ = SectionCursor();
     info_ = DefaultTrackInfo();
     decoder_ = nullptr;
     failed_.store(false, std::memory_order_relaxed);
@@ -42,9 +43,14 @@ bool Stream::OpenStream(const std::string& path, Stream* previous) {
         format_ = FormatOf(info_);
         return true;
     }
-    const TrackProbe probe = ProbeTrack(path, modules_);
+    if (section && section->file.empty()) {
+        Fail(section->error);
+        return false;
+    }
+    const std::string& file = section ? section->file : path;
+    const TrackProbe probe = ProbeTrack(file, modules_);
     if (!probe.recognized) {
-        Fail("\"" + path + "\"\nis of an unknown file format.");
+        Fail("\"" + file + "\"\nis of an unknown file format.");
         return false;
     }
     info_ = probe.info;
@@ -54,6 +60,10 @@ bool Stream::OpenStream(const std::string& path, Stream* previous) {
              " bits, " + std::to_string(format_.channels) + " channels).");
         return false;
     }
+    if (section) {
+        section_ = SectionCursor(*section, format_.sampleRate);
+        info_.duration = section_.LengthMs(info_.duration);
+    }
     ring_ = ComputeRingLayout(options_.bufferSize, options_.bufferPrefill, format_);
 
     const uint64_t rate = format_.sampleRate;
@@ -62,9 +72,15 @@ bool Stream::OpenStream(const std::string& path, Stream* previous) {
     leadingSilence_ = options_.skipSilenceInTheBeginning;
     pauseBytes_ = PauseBytes();
 
-    if (InputModule* module = modules_.FindModuleFor(path, probe.dataOffset);
+    if (InputModule* module = modules_.FindModuleFor(file, probe.dataOffset);
         module && module->ops && module->ops->OpenDecoder)
-        decoder_ = module->ops->OpenDecoder(module, path.c_str(), probe.dataOffset);
+        decoder_ = module->ops->OpenDecoder(module, file.c_str(), probe.dataOffset);
+    if (section_.Active()) {
+        if (decoder_ && decoder_->ops && decoder_->ops->Seek && info_.seekable)
+            section_.Landed(0, decoder_->ops->Seek(decoder_, section_.SeekTarget(0)));
+        else
+            section_.FromFileStart();
+    }
 
     equalizer_ = std::make_unique<Equalizer>(options_.equalizerEnabled);
     analyzer_ = std::make_unique<AnalyzerSnapshot>();
@@ -235,7 +251,10 @@ void Stream::SeekStream(uint32_t milliseconds) {
     Pause();
     device->Stop();
     const uint32_t target = std::min(milliseconds, info_.duration);
-    const uint32_t reached = decoder_->ops->Seek(decoder_, target);
+    // In a section the decoder lands on a whole frame at or before it; the rest is dropped.
+    const uint32_t reached = section_.Active()
+                                 ? section_.Landed(target, decoder_->ops->Seek(decoder_, section_.SeekTarget(target)))
+                                 : decoder_->ops->Seek(decoder_, target);
     device->Start();
     if (userPaused) device->Pause();
     device->Pause();  // silent until the buffer is filled again

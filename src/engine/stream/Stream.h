@@ -21,6 +21,7 @@
 // control operations and reads positions, volume and analyzer data at any time. Every
 // word both touch is a std::atomic; the comment at each says who writes and who reads.
 #include "engine/PcmFormat.h"
+#include "engine/stream/FileSection.h"
 #include "engine/stream/RingLayout.h"
 #include "engine/stream/RingWriter.h"
 #include "engine/stream/StreamOptions.h"
@@ -54,7 +55,11 @@ public:
     // this stream is linked to it only when both have the same sample format and the
     // previous one has started its output; otherwise the chain is broken there. Returns
     // false with ErrorText() set when the track is of an unknown format.
-    bool OpenStream(const std::string& path, Stream* previous);
+    // With a section, path only names the track: the section's file is decoded, and only
+    // the section's frames are played (FileSection.h); positions, seeks and the duration
+    // in Info() are the section's. Tracks that are neighbouring sections of one file
+    // join without a gap through the usual hand-over.
+    bool OpenStream(const std::string& path, Stream* previous, const FileSection* section = nullptr);
     // Makes the output device for the target and starts the thread. False with
     // ErrorText() set when the device cannot be opened.
     bool StartStream(const OutputTarget& target);
@@ -144,6 +149,7 @@ private:
     uint64_t PauseBytes() const;
 
     // The step's stages.
+    bool NextDecodedBlock();
     uint32_t DecodeBlock();
     uint32_t Equalize(uint32_t bytes);
     uint32_t FlushEqualizer();
@@ -170,6 +176,7 @@ private:
     PcmFormat format_;
     RingLayout ring_;
     InputDecoder* decoder_ = nullptr;
+    SectionCursor section_;           // also moved by SeekStream while the thread is paused
     std::unique_ptr<Equalizer> equalizer_;
     std::unique_ptr<AnalyzerSnapshot> analyzer_;
     int64_t silenceThreshold_ = 0;

@@ -29,13 +29,7 @@ constexpr uint32_t kPauseBlockBytes = 1024;
 // gain applied: at most enough that the equalizer's output and a DSP module doubling it
 // still fit. 0 at the end of the track.
 uint32_t Stream::DecodeBlock() {
-    if (pendingBytes_ == 0) {
-        const void* block = nullptr;
-        const uint32_t bytes = decoder_ && decoder_->ops && decoder_->ops->Decode ? decoder_->ops->Decode(decoder_, &block) : 0;
-        if (bytes == 0 || !block) return 0;
-        pending_ = static_cast<const uint8_t*>(block);
-        pendingBytes_ = bytes;
-    }
+    if (pendingBytes_ == 0 && !NextDecodedBlock()) return 0;
     const uint32_t frameBytes = std::max(1u, format_.BytesPerFrame());
     const uint32_t room = static_cast<uint32_t>(work_.size()) / 2 - Equalizer::kOutputHeadroom;
     uint32_t take = std::min(pendingBytes_, room / frameBytes * frameBytes);
@@ -47,6 +41,26 @@ uint32_t Stream::DecodeBlock() {
     framesDecoded_ += take / frameBytes;
     trackFramesDecoded_ += take / frameBytes;
     return take;
+}
+
+// Asks the decoder for its next block. In a section, frames before its first one are
+// dropped (blocks wholly before it are passed over) and those after its end cut off.
+// False at the end of the track.
+bool Stream::NextDecodedBlock() {
+    const uint32_t frameBytes = std::max(1u, format_.BytesPerFrame());
+    while (pendingBytes_ == 0) {
+        if (section_.Ended()) return false;
+        const void* block = nullptr;
+        const uint32_t bytes = decoder_ && decoder_->ops && decoder_->ops->Decode ? decoder_->ops->Decode(decoder_, &block) : 0;
+        if (bytes == 0 || !block) return false;
+        pending_ = static_cast<const uint8_t*>(block);
+        pendingBytes_ = bytes;
+        if (!section_.Active()) break;
+        const uint32_t dropped = section_.Drop(bytes / frameBytes) * frameBytes;
+        pending_ += dropped;
+        pendingBytes_ = section_.Keep((bytes - dropped) / frameBytes) * frameBytes;
+    }
+    return true;
 }
 
 // Runs the block through the equalizer unless the decoder equalizes itself. Returns the

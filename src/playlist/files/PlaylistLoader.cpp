@@ -3,6 +3,7 @@
 #include "playlist/Playlist.h"
 #include "playlist/RandomEntry.h"
 #include "playlist/TrackItem.h"
+#include "playlist/files/CueTrackPath.h"
 #include "playlist/files/EntryPath.h"
 #include "playlist/files/FileLookup.h"
 #include "playlist/files/IniSectionIndex.h"
@@ -99,9 +100,19 @@ public:
         // ".../" + "/x.mp3" (which would be written as the absolute "/x.mp3"), and
         // "http:\\\\x" names ".../http:/x", not an address.
         MergeSlashes(path);
+        if (const std::optional<CueTrackName> cue = SplitCueTrackPath(path)) {
+            const std::optional<std::string> sheet = lookup_.Find(cue->sheet);
+            if (!sheet) return false;
+            AppendTrack(parent, CueTrackPath(*sheet, cue->number));
+            return true;
+        }
         const std::optional<std::string> found = lookup_.Find(path);
         if (!found) return false;
         const TrackName name = SplitTrackName(*found);
+        if (IsCueSheetName(*found)) {
+            AppendCueTracks(parent, *found);
+            return true;
+        }
         const PlaylistFileKind* kind = KindOf(name.extension);
         if (!kind) {
             AppendTrack(parent, *found);
@@ -139,6 +150,18 @@ private:
         auto track = std::make_unique<TrackRecord>(fullName);
         RetrieveOnAdd(*track, context_.settings, context_.modules);
         parent.AppendItem(std::make_unique<TrackItem>(std::move(track)));
+    }
+
+    // A cue sheet stands for its audio tracks, each an entry of its own. A sheet that cannot
+    // be read still gets one entry (its first track's name), so playing it says why.
+    void AppendCueTracks(Playlist& parent, const std::string& sheet) {
+        const CueSheetParse parse = ReadCueSheet(sheet);
+        if (!parse.ok) {
+            AppendTrack(parent, CueTrackPath(sheet, 1));
+            return;
+        }
+        for (const CueTrack& track : parse.sheet.tracks)
+            if (track.audio) AppendTrack(parent, CueTrackPath(sheet, track.number));
     }
 
     // Whether an entry is an address is decided on the entry as written.

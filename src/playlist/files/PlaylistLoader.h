@@ -12,7 +12,12 @@
 //                                        each loaded in turn with LoadItem; a file that
 //                                        cannot be read gives an empty one. A playlist
 //                                        just loaded has no unsaved changes.
+//       ".cue"                           a cue sheet: a track per audio track, named
+//                                        "<sheet>#<number>" (CueTrackPath.h); a sheet
+//                                        that cannot be parsed gives its "#1" alone.
 //       anything else                    a track (information per RetrievalRule.h).
+//
+// A cue track's name is taken when its sheet exists (its letter case as on disk).
 //
 // Entries of playlist files: relative ones are taken from the playlist's directory
 // (EntryPath.h); entries that name nothing are skipped without a word; in ".vdp" files a

@@ -1,6 +1,7 @@
 #include "Playback.h"
 
 #include "playlist/TrackRecord.h"
+#include "playlist/files/CueTrackPath.h"
 #include "playlist/mainlist/MainList.h"
 #include "playlist/random/SampleSpaceTexts.h"
 #include "playlist/titles/TrackTitle.h"
@@ -73,6 +74,14 @@ std::unique_ptr<Stream> Playback::MakeStream(const std::string& path, Stream* pr
     if (dsp_) options.dsp = DspHook{dsp_->HookContext(), &DspHost::Process};
     options.gain = ReplayGainFactorFor(replayGain_, path);
     auto stream = std::make_unique<Stream>(modules_, options);
+    // A cue sheet's track plays its section of the sheet's image.
+    if (SplitCueTrackPath(path)) {
+        FileSection section;
+        if (const std::optional<CueTrackSource> cue = ResolveCueTrack(path, section.error))
+            section = FileSection{cue->image, cue->begin, cue->end, {}};
+        stream->OpenStream(path, previous, &section);
+        return stream;
+    }
     stream->OpenStream(path, previous);
     return stream;
 }
