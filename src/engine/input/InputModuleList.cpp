@@ -29,8 +29,10 @@ void LoadOne(const std::string& file, void* mainWindow, std::vector<LoadedInputM
         return;
     }
     auto reentrant = reinterpret_cast<Verdin_InputModuleIsReentrantFunc>(dlsym(library, VERDIN_INPUT_REENTRANT));
+    auto streamOps = reinterpret_cast<Verdin_GetInputStreamOpsFunc>(dlsym(library, VERDIN_INPUT_STREAM_EXTENSION));
     dlerror();
-    into.push_back({entry(library, mainWindow), library, reentrant && reentrant() != 0});
+    into.push_back({entry(library, mainWindow), library, reentrant && reentrant() != 0,
+                    streamOps ? streamOps() : nullptr});
 }
 
 }  // namespace
@@ -52,11 +54,17 @@ size_t InputModuleList::LoadInputModules(std::string_view searchPath, void* main
 }
 
 InputModule* InputModuleList::FindModuleFor(const std::string& path, uint32_t dataOffset) const {
-    for (const LoadedInputModule& entry : modules_) {
+    const auto takes = [&](const LoadedInputModule& entry) {
         const InputModuleOps* ops = OpsOf(entry.module);
-        if (ops && ops->IsOurFile && ops->IsOurFile(entry.module, path.c_str(), dataOffset))
-            return entry.module;
-    }
+        return ops && ops->IsOurFile && ops->IsOurFile(entry.module, path.c_str(), dataOffset);
+    };
+    // An address goes to a module that streams first: a file module that takes names
+    // ending in ".mp3" would take "http://host/live.mp3" and then fail to read it.
+    if (path.find("://") != std::string::npos)
+        for (const LoadedInputModule& entry : modules_)
+            if (entry.stream && takes(entry)) return entry.module;
+    for (const LoadedInputModule& entry : modules_)
+        if (takes(entry)) return entry.module;
     return nullptr;
 }
 
@@ -64,6 +72,12 @@ bool InputModuleList::IsReentrant(const InputModule* module) const {
     for (const LoadedInputModule& entry : modules_)
         if (entry.module == module) return module != nullptr && entry.reentrant;
     return false;
+}
+
+const InputStreamOps* InputModuleList::StreamOpsOf(const InputModule* module) const {
+    for (const LoadedInputModule& entry : modules_)
+        if (entry.module == module) return module != nullptr ? entry.stream : nullptr;
+    return nullptr;
 }
 
 InputModule* InputModuleList::ModuleAt(size_t index) const {

@@ -63,8 +63,10 @@ bool Stream::OpenStream(const std::string& path, Stream* previous) {
     pauseBytes_ = PauseBytes();
 
     if (InputModule* module = modules_.FindModuleFor(path, probe.dataOffset);
-        module && module->ops && module->ops->OpenDecoder)
+        module && module->ops && module->ops->OpenDecoder) {
         decoder_ = module->ops->OpenDecoder(module, path.c_str(), probe.dataOffset);
+        streamOps_ = decoder_ ? modules_.StreamOpsOf(module) : nullptr;
+    }
 
     equalizer_ = std::make_unique<Equalizer>(options_.equalizerEnabled);
     analyzer_ = std::make_unique<AnalyzerSnapshot>();
@@ -192,6 +194,8 @@ void Stream::ContinueStream(Stream* previous, bool crossfade) {
 void Stream::CloseStream() {
     // Unlink first, so the previous stream can no longer start this one; then stop.
     UnlinkFromPrevious();
+    // A decoder waiting on the network gives up first, so the stop does not wait for it.
+    if (decoder_ && streamOps_ && streamOps_->Interrupt && GetState() != kFinished) streamOps_->Interrupt(decoder_);
     StopAndJoin();
     // The stream that follows no longer has this one before it.
     if (Stream* following = NextStream()) {
@@ -201,6 +205,7 @@ void Stream::CloseStream() {
     next_.store(kClosedLink, std::memory_order_release);
     if (decoder_ && decoder_->ops && decoder_->ops->Destroy) decoder_->ops->Destroy(decoder_);
     decoder_ = nullptr;
+    streamOps_ = nullptr;
     delete output_.exchange(nullptr, std::memory_order_acq_rel);
     outputStarted_.store(false, std::memory_order_release);
 }

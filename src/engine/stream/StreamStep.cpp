@@ -30,6 +30,7 @@ uint32_t Stream::DecodeBlock() {
     if (pendingBytes_ == 0) {
         const void* block = nullptr;
         const uint32_t bytes = decoder_ && decoder_->ops && decoder_->ops->Decode ? decoder_->ops->Decode(decoder_, &block) : 0;
+        PollStreamExtension(bytes == 0 || !block);
         if (bytes == 0 || !block) return 0;
         pending_ = static_cast<const uint8_t*>(block);
         pendingBytes_ = bytes;
@@ -44,6 +45,19 @@ uint32_t Stream::DecodeBlock() {
     framesDecoded_ += take / frameBytes;
     trackFramesDecoded_ += take / frameBytes;
     return take;
+}
+
+void Stream::PollStreamExtension(bool ended) {
+    if (!streamOps_ || !decoder_) return;
+    if (streamOps_->GetStreamTitle) {
+        const char* title = streamOps_->GetStreamTitle(decoder_);
+        if (title && *title && lastStreamTitle_ != title) {
+            lastStreamTitle_ = title;
+            streamTitles_.Post(lastStreamTitle_);
+        }
+    }
+    if (ended && streamOps_->GetLastError)
+        if (const char* error = streamOps_->GetLastError(decoder_); error && *error) decoderMessage_ = error;
 }
 
 // Runs the block through the equalizer unless the decoder equalizes itself. Returns the
