@@ -17,10 +17,11 @@ public:
     uint32_t Decode(const void** block) {
         if (!opened_) {
             opened_ = true;
-            if (!connection_.Open(url_)) return 0;
+            connected_ = connection_.Open(url_);
             // The station's name stands for the title until it announces a song.
-            title_ = HeaderValueOf(connection_.IcyHeaders(), "icy-name");
+            if (connected_) title_ = HeaderValueOf(connection_.IcyHeaders(), "icy-name");
         }
+        if (!connected_) return 0;
         const uint8_t* pcm = nullptr;
         const uint32_t bytes = connection_.Read(&pcm);
         if (std::string song = StreamTitleOf(connection_.IcyMetadata()); !song.empty()) title_ = std::move(song);
@@ -37,7 +38,8 @@ private:
 
     const std::string url_;
     StreamConnection connection_;
-    bool opened_ = false;
+    bool opened_ = false;     // the first Decode has tried to connect
+    bool connected_ = false;  // and succeeded
     std::string title_;
 };
 

@@ -5,8 +5,8 @@
  * Verdin_GetInputModule, the function named by VERDIN_INPUT_STREAM_EXTENSION. It
  * returns a table of operations on the module's decoders, in the fixed slot order
  * below; the player calls it once when it loads the library. A library without it
- * plays as before. The player asks the modules that export it first whether they
- * take a URL (IsOurFile), before the others in their usual order.
+ * plays as before. To play a URL, the player asks the modules that export it first
+ * whether they take it (IsOurFile), before the others in their usual order.
  *
  * Threads: GetStreamTitle and GetLastError are called on the stream's own thread,
  * right after Decode; the texts they return are owned by the decoder and stay valid

@@ -35,6 +35,11 @@ void LoadOne(const std::string& file, void* mainWindow, std::vector<LoadedInputM
                     streamOps ? streamOps() : nullptr});
 }
 
+bool Takes(const LoadedInputModule& entry, const std::string& path, uint32_t dataOffset) {
+    const InputModuleOps* ops = OpsOf(entry.module);
+    return ops && ops->IsOurFile && ops->IsOurFile(entry.module, path.c_str(), dataOffset);
+}
+
 }  // namespace
 
 InputModuleList::~InputModuleList() {
@@ -54,18 +59,18 @@ size_t InputModuleList::LoadInputModules(std::string_view searchPath, void* main
 }
 
 InputModule* InputModuleList::FindModuleFor(const std::string& path, uint32_t dataOffset) const {
-    const auto takes = [&](const LoadedInputModule& entry) {
-        const InputModuleOps* ops = OpsOf(entry.module);
-        return ops && ops->IsOurFile && ops->IsOurFile(entry.module, path.c_str(), dataOffset);
-    };
-    // An address goes to a module that streams first: a file module that takes names
-    // ending in ".mp3" would take "http://host/live.mp3" and then fail to read it.
+    for (const LoadedInputModule& entry : modules_)
+        if (Takes(entry, path, dataOffset)) return entry.module;
+    return nullptr;
+}
+
+InputModule* InputModuleList::FindModuleToPlay(const std::string& path, uint32_t dataOffset) const {
+    // A file module that takes names ending in ".mp3" would take "http://host/live.mp3"
+    // and then fail to read it: an address goes to a module that streams first.
     if (path.find("://") != std::string::npos)
         for (const LoadedInputModule& entry : modules_)
-            if (entry.stream && takes(entry)) return entry.module;
-    for (const LoadedInputModule& entry : modules_)
-        if (takes(entry)) return entry.module;
-    return nullptr;
+            if (entry.stream && Takes(entry, path, dataOffset)) return entry.module;
+    return FindModuleFor(path, dataOffset);
 }
 
 bool InputModuleList::IsReentrant(const InputModule* module) const {

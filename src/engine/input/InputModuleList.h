@@ -42,8 +42,12 @@ public:
 
     // The first module in list order whose IsOurFile accepts the file, or null. Later
     // modules are not asked. A null module returned by a broken entry point is passed over.
-    // For a URL the modules with the stream extension are asked first, in list order.
     InputModule* FindModuleFor(const std::string& path, uint32_t dataOffset) const;
+    // The module that plays the file: for a URL the modules with the stream extension are
+    // asked first, in list order; then as FindModuleFor. (Information about a track is
+    // read through FindModuleFor: what a module says of an address it would not play
+    // stays as it was.)
+    InputModule* FindModuleToPlay(const std::string& path, uint32_t dataOffset) const;
     // Whether the module's GetFileInfo may be called off the user-interface thread (its
     // library says so); false for a module not in the list.
     bool IsReentrant(const InputModule* module) const;

@@ -62,7 +62,7 @@ bool Stream::OpenStream(const std::string& path, Stream* previous) {
     leadingSilence_ = options_.skipSilenceInTheBeginning;
     pauseBytes_ = PauseBytes();
 
-    if (InputModule* module = modules_.FindModuleFor(path, probe.dataOffset);
+    if (InputModule* module = modules_.FindModuleToPlay(path, probe.dataOffset);
         module && module->ops && module->ops->OpenDecoder) {
         decoder_ = module->ops->OpenDecoder(module, path.c_str(), probe.dataOffset);
         streamOps_ = decoder_ ? modules_.StreamOpsOf(module) : nullptr;
