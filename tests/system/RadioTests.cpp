@@ -63,6 +63,10 @@ TEST_F(RadioTest, AStationThatStopsSendingEndsTheTrackWithAMessageWithinTheTimeo
     const auto said = [&] { return player->Output().find("The server stopped sending") != std::string::npos; };
     EXPECT_TRUE(WaitFor(said, 15s)) << player->Output();
     EXPECT_TRUE(WaitFor([&] { return player->Status() == "stopped"; }, 5s));
+    // Where nothing listens, the message comes at once.
+    ASSERT_TRUE(player->Execute("/PLAY " + PlaylistOf("dead.pls", "http://127.0.0.1:9/dead")));
+    const auto refused = [&] { return player->Output().find("Cannot connect to") != std::string::npos; };
+    EXPECT_TRUE(WaitFor(refused, 3s)) << player->Output();
 }
 
 TEST_F(RadioTest, StoppingAStreamThatWaitsForASilentServerTakesNoTime) {
