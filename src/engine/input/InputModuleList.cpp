@@ -29,8 +29,15 @@ void LoadOne(const std::string& file, void* mainWindow, std::vector<LoadedInputM
         return;
     }
     auto reentrant = reinterpret_cast<Verdin_InputModuleIsReentrantFunc>(dlsym(library, VERDIN_INPUT_REENTRANT));
+    auto streamOps = reinterpret_cast<Verdin_GetInputStreamOpsFunc>(dlsym(library, VERDIN_INPUT_STREAM_EXTENSION));
     dlerror();
-    into.push_back({entry(library, mainWindow), library, reentrant && reentrant() != 0});
+    into.push_back({entry(library, mainWindow), library, reentrant && reentrant() != 0,
+                    streamOps ? streamOps() : nullptr});
+}
+
+bool Takes(const LoadedInputModule& entry, const std::string& path, uint32_t dataOffset) {
+    const InputModuleOps* ops = OpsOf(entry.module);
+    return ops && ops->IsOurFile && ops->IsOurFile(entry.module, path.c_str(), dataOffset);
 }
 
 }  // namespace
@@ -52,18 +59,30 @@ size_t InputModuleList::LoadInputModules(std::string_view searchPath, void* main
 }
 
 InputModule* InputModuleList::FindModuleFor(const std::string& path, uint32_t dataOffset) const {
-    for (const LoadedInputModule& entry : modules_) {
-        const InputModuleOps* ops = OpsOf(entry.module);
-        if (ops && ops->IsOurFile && ops->IsOurFile(entry.module, path.c_str(), dataOffset))
-            return entry.module;
-    }
+    for (const LoadedInputModule& entry : modules_)
+        if (Takes(entry, path, dataOffset)) return entry.module;
     return nullptr;
+}
+
+InputModule* InputModuleList::FindModuleToPlay(const std::string& path, uint32_t dataOffset) const {
+    // A file module that takes names ending in ".mp3" would take "http://host/live.mp3"
+    // and then fail to read it: an address goes to a module that streams first.
+    if (path.find("://") != std::string::npos)
+        for (const LoadedInputModule& entry : modules_)
+            if (entry.stream && Takes(entry, path, dataOffset)) return entry.module;
+    return FindModuleFor(path, dataOffset);
 }
 
 bool InputModuleList::IsReentrant(const InputModule* module) const {
     for (const LoadedInputModule& entry : modules_)
         if (entry.module == module) return module != nullptr && entry.reentrant;
     return false;
+}
+
+const InputStreamOps* InputModuleList::StreamOpsOf(const InputModule* module) const {
+    for (const LoadedInputModule& entry : modules_)
+        if (entry.module == module) return module != nullptr ? entry.stream : nullptr;
+    return nullptr;
 }
 
 InputModule* InputModuleList::ModuleAt(size_t index) const {

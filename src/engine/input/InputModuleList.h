@@ -8,6 +8,7 @@
 #include "engine/input/InputFileTypes.h"
 
 #include <verdin/input.h>
+#include <verdin/input_stream.h>
 
 #include <cstddef>
 #include <cstdint>
@@ -22,6 +23,7 @@ struct LoadedInputModule {
     InputModule* module = nullptr;  // as returned, never tested at load: may be null
     void* library = nullptr;        // the dlopen handle
     bool reentrant = false;         // the library declares GetFileInfo re-entrant
+    const InputStreamOps* stream = nullptr;  // the library's stream extension, if it has one
 };
 
 class InputModuleList {
@@ -41,9 +43,17 @@ public:
     // The first module in list order whose IsOurFile accepts the file, or null. Later
     // modules are not asked. A null module returned by a broken entry point is passed over.
     InputModule* FindModuleFor(const std::string& path, uint32_t dataOffset) const;
+    // The module that plays the file: for a URL the modules with the stream extension are
+    // asked first, in list order; then as FindModuleFor. (Information about a track is
+    // read through FindModuleFor: what a module says of an address it would not play
+    // stays as it was.)
+    InputModule* FindModuleToPlay(const std::string& path, uint32_t dataOffset) const;
     // Whether the module's GetFileInfo may be called off the user-interface thread (its
     // library says so); false for a module not in the list.
     bool IsReentrant(const InputModule* module) const;
+    // The stream extension of the module's library (titles, errors, interruption of its
+    // decoders), or null when it exports none.
+    const InputStreamOps* StreamOpsOf(const InputModule* module) const;
 
     size_t ModuleCount() const { return modules_.size(); }
     // The module at index in list order; null when index is out of range (or when the

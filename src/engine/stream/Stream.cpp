@@ -72,9 +72,11 @@ bool Stream::OpenStream(const std::string& path, Stream* previous, const FileSec
     leadingSilence_ = options_.skipSilenceInTheBeginning;
     pauseBytes_ = PauseBytes();
 
-    if (InputModule* module = modules_.FindModuleFor(file, probe.dataOffset);
-        module && module->ops && module->ops->OpenDecoder)
+    if (InputModule* module = modules_.FindModuleToPlay(file, probe.dataOffset);
+        module && module->ops && module->ops->OpenDecoder) {
         decoder_ = module->ops->OpenDecoder(module, file.c_str(), probe.dataOffset);
+        streamOps_ = decoder_ ? modules_.StreamOpsOf(module) : nullptr;
+    }
     if (section_.Active()) {
         if (decoder_ && decoder_->ops && decoder_->ops->Seek && info_.seekable)
             section_.Landed(0, decoder_->ops->Seek(decoder_, section_.SeekTarget(0)));
@@ -211,6 +213,8 @@ void Stream::ContinueStream(Stream* previous, bool crossfade) {
 void Stream::CloseStream() {
     // Unlink first, so the previous stream can no longer start this one; then stop.
     UnlinkFromPrevious();
+    // A decoder waiting on the network gives up first, so the stop does not wait for it.
+    if (decoder_ && streamOps_ && streamOps_->Interrupt && GetState() != kFinished) streamOps_->Interrupt(decoder_);
     StopAndJoin();
     // The stream that follows no longer has this one before it.
     if (Stream* following = NextStream()) {
@@ -220,6 +224,7 @@ void Stream::CloseStream() {
     next_.store(kClosedLink, std::memory_order_release);
     if (decoder_ && decoder_->ops && decoder_->ops->Destroy) decoder_->ops->Destroy(decoder_);
     decoder_ = nullptr;
+    streamOps_ = nullptr;
     delete output_.exchange(nullptr, std::memory_order_acq_rel);
     outputStarted_.store(false, std::memory_order_release);
 }

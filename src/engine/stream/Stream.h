@@ -25,13 +25,16 @@
 #include "engine/stream/RingLayout.h"
 #include "engine/stream/RingWriter.h"
 #include "engine/stream/StreamOptions.h"
+#include "engine/stream/TextMailbox.h"
 #include "engine/stream/WorkerThread.h"
 
 #include <verdin/input.h>
+#include <verdin/input_stream.h>
 
 #include <atomic>
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -104,6 +107,13 @@ public:
     // The stream linked to follow this one (set up, not necessarily started), or null.
     Stream* NextStream() const;
 
+    // A live stream's title as its decoder last reported it (a station's current song),
+    // when it changed since the last call; user-interface thread.
+    std::optional<std::string> TakeStreamTitle() { return streamTitles_.Take(); }
+    // Why the decoder ended the track early (a server gone silent), for the user; empty
+    // at a regular end. Valid once the thread has finished.
+    const std::string& DecoderMessage() const { return decoderMessage_; }
+
     const std::string& Path() const { return path_; }
     const TrackInfo& Info() const { return info_; }
     const PcmFormat& Format() const { return format_; }
@@ -145,6 +155,9 @@ private:
     // Called on the previous stream's thread when it has written its last frame.
     void ContinueStream(Stream* previous, bool crossfade);
     void ResetCounters();
+    // After each Decode: a new stream title goes to the mailbox, the reason of an early
+    // end into decoderMessage_ (decoders with the stream extension only).
+    void PollStreamExtension(bool ended);
 
     uint64_t PauseBytes() const;
 
@@ -177,6 +190,7 @@ private:
     RingLayout ring_;
     InputDecoder* decoder_ = nullptr;
     SectionCursor section_;           // also moved by SeekStream while the thread is paused
+    const InputStreamOps* streamOps_ = nullptr;  // the decoder's module's extension, or null
     std::unique_ptr<Equalizer> equalizer_;
     std::unique_ptr<AnalyzerSnapshot> analyzer_;
     int64_t silenceThreshold_ = 0;
@@ -218,6 +232,11 @@ private:
     std::atomic<bool> endOfTrack_{false};
     std::atomic<bool> failed_{false};
     std::string errorText_;           // published by failed_ (release)
+    // Stream thread to user-interface thread: titles as they change; the early end's
+    // reason, published by the thread's finished state.
+    TextMailbox streamTitles_;
+    std::string lastStreamTitle_;  // the stream thread's own copy, to post changes only
+    std::string decoderMessage_;
     // Written where the output starts (user-interface thread or the predecessor's thread),
     // read everywhere.
     std::atomic<bool> outputStarted_{false};

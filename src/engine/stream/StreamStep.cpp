@@ -52,6 +52,7 @@ bool Stream::NextDecodedBlock() {
         if (section_.Ended()) return false;
         const void* block = nullptr;
         const uint32_t bytes = decoder_ && decoder_->ops && decoder_->ops->Decode ? decoder_->ops->Decode(decoder_, &block) : 0;
+        PollStreamExtension(bytes == 0 || !block);
         if (bytes == 0 || !block) return false;
         pending_ = static_cast<const uint8_t*>(block);
         pendingBytes_ = bytes;
@@ -61,6 +62,21 @@ bool Stream::NextDecodedBlock() {
         pendingBytes_ = section_.Keep((bytes - dropped) / frameBytes) * frameBytes;
     }
     return true;
+}
+
+// A module with the stream extension: a new title for the playing entry, and at the end
+// the reason the stream stopped, if it gave one.
+void Stream::PollStreamExtension(bool ended) {
+    if (!streamOps_ || !decoder_) return;
+    if (streamOps_->GetStreamTitle) {
+        const char* title = streamOps_->GetStreamTitle(decoder_);
+        if (title && *title && lastStreamTitle_ != title) {
+            lastStreamTitle_ = title;
+            streamTitles_.Post(lastStreamTitle_);
+        }
+    }
+    if (ended && streamOps_->GetLastError)
+        if (const char* error = streamOps_->GetLastError(decoder_); error && *error) decoderMessage_ = error;
 }
 
 // Runs the block through the equalizer unless the decoder equalizes itself. Returns the

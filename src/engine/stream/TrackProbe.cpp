@@ -47,7 +47,7 @@ TrackProbe ProbeTrack(const std::string& path, const InputModuleList& modules) {
         probe.exists = false;
         return probe;
     }
-    InputModule* module = modules.FindModuleFor(path, probe.dataOffset);
+    InputModule* module = modules.FindModuleToPlay(path, probe.dataOffset);
     if (!module || !module->ops || !module->ops->GetFileInfo) return probe;
     probe.recognized = module->ops->GetFileInfo(module, path.c_str(), probe.dataOffset, &probe.info) != 0;
     probe.info.suggestedTitle[sizeof probe.info.suggestedTitle - 1] = '\0';

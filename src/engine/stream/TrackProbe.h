@@ -25,8 +25,9 @@ TrackInfo DefaultTrackInfo();
 bool IsUrl(const std::string& path);
 
 // Reads the track's leading tag size (local files; not for URLs), then asks the modules
-// for the one that takes the file and its information. The tag's frames are not read
-// here; the audio start is measured whether or not tags are otherwise ignored.
+// for the one that plays the file (InputModuleList::FindModuleToPlay) and its
+// information. The tag's frames are not read here; the audio start is measured whether
+// or not tags are otherwise ignored.
 TrackProbe ProbeTrack(const std::string& path, const InputModuleList& modules);
 
 // The audio start of a local file: the size of its leading ID3v2 tag (at most the file's

@@ -12,6 +12,7 @@
 #include "shell/replaygain/ReplayGainFactor.h"
 
 #include <algorithm>
+#include <cstring>
 
 namespace verdin {
 
@@ -238,6 +239,18 @@ void Playback::PrepareNextStream() {
     nextLoaded_ = record ? std::make_unique<TrackRecord>(*record) : nullptr;
 }
 
+// A live stream's title (a station's current song) becomes the title of the track in the
+// player, which every face shows; the playlist's entry keeps its own.
+void Playback::FollowStreamTitle() {
+    const std::optional<std::string> title = current_->TakeStreamTitle();
+    if (!title || !loaded_) return;
+    TrackInfo info = loaded_->Info();
+    const size_t length = std::min(title->size(), sizeof info.suggestedTitle - 1);
+    std::memcpy(info.suggestedTitle, title->data(), length);
+    info.suggestedTitle[length] = '\0';
+    loaded_->SetInfo(info);
+}
+
 void Playback::ProgressTick() {
     if (progressBusy_) return;
     progressBusy_ = true;
@@ -254,13 +267,17 @@ void Playback::ProgressTick() {
         // Playing (or paused): prepare the next track once this one's output has started,
         // since only then can the two be linked.
         if (!nextPrepared_ && settings_.outputType != 1 && current_->OutputStarted()) PrepareNextStream();
+        FollowStreamTitle();
         Announce(kDisplay);
         return;
     }
+    // A live stream that ended early says why; the time it played is not its length.
+    const std::string message = current_->DecoderMessage();
+    if (!message.empty()) host_.ShowMessage(message, MessageIcon::kError);
 
     const bool loop = settings_.loopMode != 0;
     const bool deleteFinished = settings_.deleteTracksAfterPlaying != 0;
-    list_.LearnLength(current_->Path(), current_->DecodedLengthMs());
+    if (message.empty()) list_.LearnLength(current_->Path(), current_->DecodedLengthMs());
     Stream* follower = current_->HandedOverTo();
     if (!current_->Failed() && follower && follower == next_.get()) {
         // The prepared stream took the device over. Nothing changed the list since it was

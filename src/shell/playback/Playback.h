@@ -103,6 +103,7 @@ private:
     void TrackStarted(std::pair<int, int> range);
     void PrepareNextStream();
     void DropPrepared();
+    void FollowStreamTitle();
     void CloseStreams();
     void Announce(unsigned changes) { announce_(changes); }
 
