@@ -374,6 +374,15 @@ TEST_F(BundledInput, FfmpegDecodesLosslessExactlyAacGaplesslySurroundMixedDownAn
     for (const auto& [codec, name] : {std::pair{"alac", "alac.m4a"}, {"wavpack", "pack.wv"}, {"aac", "lossy.m4a"}})
         RunOrThrow({"ffmpeg", "-v", "error", "-i", Wav().path, "-c:a", codec, Path(name)});
     RunOrThrow({"ffmpeg", "-v", "error", "-i", Path("centre.wav"), "-af", "pan=5.1|FC=c0|LFE=c0", "-c:a", "wavpack", Path("surround.wv")});
+    Bytes pcm24;  // mono 24-bit ALAC keeps one channel and the top 16 bits of each sample
+    std::vector<int16_t> top16;
+    for (int i = 0; i < 24000; ++i) {
+        const int32_t sample = (i * 2731 % 16777216) - 8388608;
+        for (int b = 0; b < 3; ++b) pcm24.push_back(static_cast<uint8_t>(sample >> (8 * b)));
+        top16.push_back(static_cast<int16_t>(sample >> 8));
+    }
+    WriteWav(Path("deep.wav"), 1, 48000, 24, pcm24);
+    RunOrThrow({"ffmpeg", "-v", "error", "-i", Path("deep.wav"), "-c:a", "alac", Path("deep.m4a")});
     std::vector<int16_t> mixed;
     for (const int16_t x : centre) mixed.insert(mixed.end(), 2, static_cast<int16_t>(x * 0.70710678 / 2.41421356));
     const std::vector<int16_t> tone = Samples16(Wav().reference);
@@ -382,19 +391,20 @@ TEST_F(BundledInput, FfmpegDecodesLosslessExactlyAacGaplesslySurroundMixedDownAn
         for (size_t i = 0; i < a.size(); ++i) sum += std::abs(a[i] - b[bFrom + i]);
         return a.empty() ? 0.0 : sum / double(a.size());
     };
-    const std::tuple<std::string, int, const std::vector<int16_t>*, int> rows[] = {
-        // file, rate, expected samples, mean difference allowed
-        {"alac.m4a", 44100, &tone, 0}, {"pack.wv", 44100, &tone, 0}, {"lossy.m4a", 44100, &tone, 1000}, {"surround.wv", 48000, &mixed, 1},
+    const std::tuple<std::string, int, int, const std::vector<int16_t>*, int> rows[] = {
+        // file, rate, channels, expected samples, mean difference allowed
+        {"alac.m4a", 44100, 2, &tone, 0}, {"pack.wv", 44100, 2, &tone, 0}, {"lossy.m4a", 44100, 2, &tone, 1000},
+        {"surround.wv", 48000, 2, &mixed, 1}, {"deep.m4a", 48000, 1, &top16, 0},
     };
-    for (const auto& [name, rate, expected, tolerance] : rows) {
+    for (const auto& [name, rate, channels, expected, tolerance] : rows) {
         SCOPED_TRACE(name);
         const auto info = ffmpeg.Info(Path(name));
         ASSERT_TRUE(info);
         const CommandResult probe = RunCommand({"ffprobe", "-v", "error", "-show_entries", "stream=duration_ts", "-of", "csv=p=0", Path(name)});
         EXPECT_LE(std::llabs(std::stoll(probe.output) * 1000 / rate - info->duration), 1024 * 1000 / rate);
-        EXPECT_EQ(std::tuple(info->sampleRate, info->channels, info->bitsPerSample, info->seekable), std::tuple(rate, 2, 16, 1));
+        EXPECT_EQ(std::tuple(info->sampleRate, info->channels, info->bitsPerSample, info->seekable), std::tuple(rate, channels, 16, 1));
         // The whole, with as many frames as the source: no encoder delay in front, no padding behind.
-        const std::vector<int16_t> got = Samples16(Decoder(ffmpeg, Path(name)).ToEnd(4));
+        const std::vector<int16_t> got = Samples16(Decoder(ffmpeg, Path(name)).ToEnd(2 * channels));
         ASSERT_EQ(got.size(), expected->size());
         EXPECT_LE(meanDifference(got, *expected, 0), tolerance);
         // Behind a tag, a seek goes on with exactly the frames a decode from the start has
@@ -404,8 +414,8 @@ TEST_F(BundledInput, FfmpegDecodesLosslessExactlyAacGaplesslySurroundMixedDownAn
         for (const uint32_t ms : {0u, 3u, 123u, 389u, info->duration, 9999u}) {
             Decoder decoder(ffmpeg, tagged, 2048);
             EXPECT_EQ(decoder.Seek(ms), std::min(ms, info->duration));
-            const std::vector<int16_t> tail = Samples16(decoder.ToEnd(4));
-            const size_t from = std::min(got.size(), (size_t(ms) * size_t(rate) + 500) / 1000 * 2);
+            const std::vector<int16_t> tail = Samples16(decoder.ToEnd(2 * channels));
+            const size_t from = std::min(got.size(), (size_t(ms) * size_t(rate) + 500) / 1000 * channels);
             ASSERT_EQ(tail.size(), got.size() - from) << ms;
             EXPECT_LE(meanDifference(tail, got, from), tolerance / 100.0) << ms;
         }
