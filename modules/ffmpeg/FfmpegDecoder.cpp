@@ -74,11 +74,12 @@ uint32_t FfmpegDecoder::Decode(const void** block) {
 }
 
 uint32_t FfmpegDecoder::Seek(uint32_t milliseconds) {
+    if (!frames_) return 0;  // the track ended when the file could not be opened again
     const int64_t rate = file_->sampleRate();
     int64_t target = (static_cast<int64_t>(milliseconds) * rate + 500) / 1000;
     if (file_->hasExactLength()) target = std::min(target, file_->frames());
     const int64_t preroll = rate / kPrerollDivisor + std::max(file_->stream()->codecpar->seek_preroll, 0);
-    if (frames_ && target > preroll && frames_->SeekBefore(origin_ + target - preroll)) {
+    if (target > preroll && frames_->SeekBefore(origin_ + target - preroll)) {
         pending_ = nullptr;
         placeNext_ = true;
         next_ = target;  // for frames without time stamps
