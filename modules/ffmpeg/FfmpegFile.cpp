@@ -25,6 +25,9 @@ bool FfmpegFile::Open(const char* path, uint32_t dataOffset) {
     if (!format_) return false;
     format_->pb = source_.io();
     format_->flags |= AVFMT_FLAG_CUSTOM_IO;
+    // The track is this one file: a playlist-like container (HLS, concat, an MP4 with
+    // references) must not make FFmpeg open other files or network addresses.
+    format_->io_open = [](AVFormatContext*, AVIOContext**, const char*, int, AVDictionary**) { return AVERROR(EPERM); };
     // The path names the file for probing by extension; the bytes come from the source.
     if (avformat_open_input(&format_, path, nullptr, nullptr) < 0) return false;  // frees format_
     if (avformat_find_stream_info(format_, nullptr) < 0) return false;
@@ -51,7 +54,7 @@ bool FfmpegFile::Open(const char* path, uint32_t dataOffset) {
     exactLength_ = stream_->duration > 0 && stream_->duration != AV_NOPTS_VALUE &&
                    av_cmp_q(stream_->time_base, perSample) == 0;
     if (exactLength_) frames_ = av_rescale_q(stream_->duration, stream_->time_base, perSample);
-    else if (format_->duration > 0) frames_ = av_rescale_q(format_->duration, AV_TIME_BASE_Q, perSample);
+    else if (format_->duration > 0) frames_ = av_rescale_q(format_->duration, AVRational{1, AV_TIME_BASE}, perSample);
     return true;
 }
 

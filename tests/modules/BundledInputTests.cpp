@@ -421,7 +421,7 @@ TEST_F(BundledInput, FfmpegDecodesLosslessExactlyAacGaplesslySurroundMixedDownAn
         }
     }
     // By name: its own types, none the other modules play and no URL. A file cut before its
-    // index or one of garbage is unknown; one cut mid-stream plays its first part and ends.
+    // index, one of garbage or a playlist is unknown; one cut mid-stream plays its first part.
     for (const auto& [path, taken] : std::initializer_list<std::pair<const char*, bool>>{
              {"a.M4A", true}, {"b.wv", true}, {"c.ape", true}, {"d.wma", true}, {"e.mp3", false}, {"f.wav", false},
              {"g.flac", false}, {"h.opus", false}, {"i.ogg", false}, {"http://host/j.m4a", false}})
@@ -430,7 +430,8 @@ TEST_F(BundledInput, FfmpegDecodesLosslessExactlyAacGaplesslySurroundMixedDownAn
     const Bytes m4a = ReadBytes(Path("lossy.m4a")), wv = ReadBytes(Path("long.wv")), whole = WavData(Path("stereo.wav"));
     WriteBytes(Path("cut.m4a"), {m4a.begin(), m4a.begin() + long(m4a.size() / 2)}), WriteBytes(Path("junk.wv"), Bytes(9000, 0x5A));
     WriteBytes(Path("cut.wv"), {wv.begin(), wv.begin() + long(wv.size() / 2)});
-    for (const char* name : {"cut.m4a", "junk.wv"}) EXPECT_TRUE(!ffmpeg.Info(Path(name)) && !Decoder(ffmpeg, Path(name)).valid()) << name;
+    WriteFile(Path("list.aac"), "#EXTM3U\n#EXT-X-TARGETDURATION:1\n#EXTINF:1,\n" + Path("alac.m4a") + "\n#EXT-X-ENDLIST\n");
+    for (const char* name : {"cut.m4a", "junk.wv", "list.aac"}) EXPECT_TRUE(!ffmpeg.Info(Path(name)) && !Decoder(ffmpeg, Path(name)).valid()) << name;
     const Bytes part = Decoder(ffmpeg, Path("cut.wv")).ToEnd(4);
     EXPECT_TRUE(!part.empty() && part.size() < whole.size() && std::equal(part.begin(), part.end(), whole.begin())) << part.size();
 }
