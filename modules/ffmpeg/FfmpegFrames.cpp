@@ -11,7 +11,8 @@ extern "C" {
 
 namespace verdin::ffmpeg {
 
-FfmpegFrames::FfmpegFrames(const FfmpegFile& file) : file_(file), packet_(av_packet_alloc()), frame_(av_frame_alloc()) {}
+FfmpegFrames::FfmpegFrames(const FfmpegFile& file)
+    : file_(file), packet_(av_packet_alloc()), frame_(av_frame_alloc()) {}
 
 FfmpegFrames::~FfmpegFrames() {
     av_packet_free(&packet_);

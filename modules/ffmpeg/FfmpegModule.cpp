@@ -37,7 +37,8 @@ bool IsFfmpegFileName(const char* path) {
 
 const char* Description() {
     static const std::string description =
-        std::string("Verdin FFmpeg decoder " VERDIN_MODULE_VERSION " (libavformat ") + AV_STRINGIFY(LIBAVFORMAT_VERSION) + ")";
+        std::string("Verdin FFmpeg decoder " VERDIN_MODULE_VERSION " (libavformat ") +
+        AV_STRINGIFY(LIBAVFORMAT_VERSION) + ")";
     return description.c_str();
 }
 

@@ -33,7 +33,8 @@ std::string MetadataTitle(const AVFormatContext& format) {
 int32_t AverageBitRate(const FfmpegFile& file) {
     if (file.frames() <= 0) return 0;
     const uint64_t bytes = file.source().fileSize() - file.source().dataOffset();
-    const uint64_t average = bytes * 8 * static_cast<uint64_t>(file.sampleRate()) / static_cast<uint64_t>(file.frames());
+    const uint64_t average =
+        bytes * 8 * static_cast<uint64_t>(file.sampleRate()) / static_cast<uint64_t>(file.frames());
     return -static_cast<int32_t>(std::min<uint64_t>(average, std::numeric_limits<int32_t>::max()));
 }
 

@@ -62,7 +62,8 @@ const int16_t* PcmConverter::Convert(const AVFrame& frame, int* frames) {
     if (capacity < 0) return nullptr;
     samples_.resize(static_cast<size_t>(capacity) * static_cast<size_t>(channels_));
     auto* out = reinterpret_cast<uint8_t*>(samples_.data());
-    const int converted = swr_convert(swr_, &out, capacity, const_cast<const uint8_t**>(frame.extended_data), frame.nb_samples);
+    const auto** in = const_cast<const uint8_t**>(frame.extended_data);
+    const int converted = swr_convert(swr_, &out, capacity, in, frame.nb_samples);
     if (converted < 0) return nullptr;
     *frames = converted;
     return samples_.data();

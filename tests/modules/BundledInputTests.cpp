@@ -373,8 +373,10 @@ TEST_F(BundledInput, FfmpegDecodesLosslessExactlyAacGaplesslySurroundMixedDownAn
     WriteWav(Path("centre.wav"), 1, 48000, 16, Bytes16(centre));
     for (const auto& [codec, name] : {std::pair{"alac", "alac.m4a"}, {"wavpack", "pack.wv"}})
         RunOrThrow({"ffmpeg", "-v", "error", "-i", Wav().path, "-c:a", codec, Path(name)});
-    RunOrThrow({"ffmpeg", "-v", "error", "-i", Path("centre.wav"), "-c:a", "aac", Path("lossy.m4a")});  // 1024-frame packets
-    RunOrThrow({"ffmpeg", "-v", "error", "-i", Path("centre.wav"), "-af", "pan=5.1|FC=c0|LFE=c0", "-c:a", "wavpack", Path("surround.wv")});
+    // AAC in packets of 1024 frames
+    RunOrThrow({"ffmpeg", "-v", "error", "-i", Path("centre.wav"), "-c:a", "aac", Path("lossy.m4a")});
+    RunOrThrow({"ffmpeg", "-v", "error", "-i", Path("centre.wav"), "-af", "pan=5.1|FC=c0|LFE=c0", "-c:a", "wavpack",
+                Path("surround.wv")});
     Bytes pcm24;  // mono 24-bit ALAC keeps one channel and the top 16 bits of each sample
     std::vector<int16_t> top16;
     for (int i = 0; i < 24000; ++i) {
@@ -401,9 +403,11 @@ TEST_F(BundledInput, FfmpegDecodesLosslessExactlyAacGaplesslySurroundMixedDownAn
         SCOPED_TRACE(name);
         const auto info = ffmpeg.Info(Path(name));
         ASSERT_TRUE(info);
-        const CommandResult probe = RunCommand({"ffprobe", "-v", "error", "-show_entries", "stream=duration_ts", "-of", "csv=p=0", Path(name)});
+        const CommandResult probe =
+            RunCommand({"ffprobe", "-v", "error", "-show_entries", "stream=duration_ts", "-of", "csv=p=0", Path(name)});
         EXPECT_LE(std::llabs(std::stoll(probe.output) * 1000 / rate - info->duration), 1024 * 1000 / rate);
-        EXPECT_EQ(std::tuple(info->sampleRate, info->channels, info->bitsPerSample, info->seekable), std::tuple(rate, channels, 16, 1));
+        EXPECT_EQ(std::tuple(info->sampleRate, info->channels, info->bitsPerSample, info->seekable),
+                  std::tuple(rate, channels, 16, 1));
         // The whole, with as many frames as the source: no encoder delay in front, no padding behind.
         const std::vector<int16_t> got = Samples16(Decoder(ffmpeg, Path(name)).ToEnd(2 * channels));
         ASSERT_EQ(got.size(), expected->size());
@@ -428,14 +432,19 @@ TEST_F(BundledInput, FfmpegDecodesLosslessExactlyAacGaplesslySurroundMixedDownAn
              {"a.M4A", true}, {"b.wv", true}, {"c.ape", true}, {"d.wma", true}, {"e.mp3", false}, {"f.wav", false},
              {"g.flac", false}, {"h.opus", false}, {"i.ogg", false}, {"http://host/j.m4a", false}})
         EXPECT_EQ(ffmpeg.ops().IsOurFile(ffmpeg.module(), path, 0) != 0, taken) << path;
-    RunOrThrow({"ffmpeg", "-v", "error", "-i", Path("stereo.wav"), "-c:a", "wavpack", Path("long.wv")});  // blocks of 1 s
-    const Bytes m4a = ReadBytes(Path("lossy.m4a")), wv = ReadBytes(Path("long.wv")), whole = WavData(Path("stereo.wav"));
-    WriteBytes(Path("cut.m4a"), {m4a.begin(), m4a.begin() + long(m4a.size() / 2)}), WriteBytes(Path("junk.wv"), Bytes(9000, 0x5A));
+    RunOrThrow({"ffmpeg", "-v", "error", "-i", Path("stereo.wav"), "-c:a", "wavpack", Path("long.wv")});  // 1 s blocks
+    const Bytes m4a = ReadBytes(Path("lossy.m4a")), wv = ReadBytes(Path("long.wv"));
+    const Bytes whole = WavData(Path("stereo.wav"));
+    WriteBytes(Path("cut.m4a"), {m4a.begin(), m4a.begin() + long(m4a.size() / 2)});
+    WriteBytes(Path("junk.wv"), Bytes(9000, 0x5A));
     WriteBytes(Path("cut.wv"), {wv.begin(), wv.begin() + long(wv.size() / 2)});
-    WriteFile(Path("list.aac"), "#EXTM3U\n#EXT-X-TARGETDURATION:1\n#EXTINF:1,\n" + Path("alac.m4a") + "\n#EXT-X-ENDLIST\n");
-    for (const char* name : {"cut.m4a", "junk.wv", "list.aac"}) EXPECT_TRUE(!ffmpeg.Info(Path(name)) && !Decoder(ffmpeg, Path(name)).valid()) << name;
+    WriteFile(Path("list.aac"),
+              "#EXTM3U\n#EXT-X-TARGETDURATION:1\n#EXTINF:1,\n" + Path("alac.m4a") + "\n#EXT-X-ENDLIST\n");
+    for (const char* name : {"cut.m4a", "junk.wv", "list.aac"})
+        EXPECT_TRUE(!ffmpeg.Info(Path(name)) && !Decoder(ffmpeg, Path(name)).valid()) << name;
     const Bytes part = Decoder(ffmpeg, Path("cut.wv")).ToEnd(4);
-    EXPECT_TRUE(!part.empty() && part.size() < whole.size() && std::equal(part.begin(), part.end(), whole.begin())) << part.size();
+    EXPECT_TRUE(!part.empty() && part.size() < whole.size() && std::equal(part.begin(), part.end(), whole.begin()))
+        << part.size();
 }
 
 // The read-ahead must hand mpg123 exactly the bytes an unbuffered read would, across

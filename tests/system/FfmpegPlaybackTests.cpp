@@ -25,8 +25,8 @@ TEST_F(SystemTest, FfmpegFilesDecodeWholeLosslessOnesToTheirSourceSamples) {
         argv.push_back(music + name);
         ASSERT_EQ(RunCommand(argv).exitCode, 0) << name;
     }
-    auto player = Start({"--headless", "--quit-after-play", "/PLAY", music + "alac.m4a", music + "pack.wv", music + "lossy.m4a",
-                         music + "surround.wv", source});
+    auto player = Start({"--headless", "--quit-after-play", "/PLAY", music + "alac.m4a", music + "pack.wv",
+                         music + "lossy.m4a", music + "surround.wv", source});
     ASSERT_EQ(player->WaitForExit(30s), 0) << player->Output();
     // The files are numbered in play order; a title comes from the tags where there are any.
     const auto decoded = [this](char number) {
