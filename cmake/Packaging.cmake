@@ -7,7 +7,8 @@ set(CPACK_PACKAGE_VERSION ${PROJECT_VERSION})
 set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "${PROJECT_DESCRIPTION}")
 set(CPACK_PACKAGE_DESCRIPTION
   "Verdin plays a main playlist of files, folders, URLs, nested playlists and random\n\
-entries through input plug-ins (MP3, WAV, AIFF, AU, FLAC, Ogg Vorbis, Opus), a 16-band\n\
+entries through input plug-ins (MP3, WAV, AIFF, AU, FLAC, Ogg Vorbis, Opus, AAC, ALAC,\n\
+WavPack, Monkey's Audio, WMA and more through FFmpeg), a 16-band\n\
 equalizer and DSP plug-ins, into ALSA, PulseAudio or WAV files. It runs as one instance\n\
 that the desktop, the command line and D-Bus control.")
 set(CPACK_PACKAGING_INSTALL_PREFIX /usr)

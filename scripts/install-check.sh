@@ -95,12 +95,13 @@ nm -D --defined-only "$scratch/plugin.so" | grep -q winampVisGetHeader || fail "
 deb=$(echo "$scratch"/deb/verdin_*_"$(dpkg --print-architecture)".deb)
 [ -f "$deb" ] || fail "cpack made no verdin_<version>_<arch>.deb"
 depends=$(dpkg-deb -f "$deb" Depends)
-for lib in libqt6core6 libqt6dbus6 libqt6widgets6 libmpg123-0 libsndfile1 libtag1v5 libasound2 libx11-6 libdbus-1-3; do
+for lib in libqt6core6 libqt6dbus6 libqt6widgets6 libmpg123-0 libsndfile1 libtag1v5 libasound2 libx11-6 libdbus-1-3 \
+    libavformat59 libavcodec59 libswresample4; do
   [[ $depends == *"$lib "* || $depends == *"$lib," || $depends == *"$lib" ]] || fail "Depends lacks $lib: $depends"
 done
 contents=$(dpkg-deb -c "$deb" | awk '{print $6}')
 for path in bin/verdin lib/verdin/libverdin-core.so lib/verdin/libverdin-windows.so \
-    lib/verdin/Plug-ins/{MPEG,WAV,DSP,Bars,Notify}_Verdin.so share/applications/verdin.desktop \
+    lib/verdin/Plug-ins/{FFmpeg,MPEG,WAV,DSP,Bars,Notify}_Verdin.so share/applications/verdin.desktop \
     share/mime/packages/verdin.xml share/metainfo/io.github.brimfell.Verdin.metainfo.xml \
     share/icons/hicolor/{48x48/apps/verdin.png,scalable/apps/verdin.svg} share/man/man1/verdin.1 \
     include/verdin/vis.h share/pkgconfig/verdin-sdk.pc share/dbus-1/services/org.brimfell.Verdin.service; do

@@ -1,7 +1,8 @@
 #!/bin/sh
-# Makes the seed corpora of the input module fuzzers (mpeg_module, sndfile_module): a
-# fraction of a second of sine in each flavour and container a module meets, each behind
-# the fuzzer's two control bytes (data offset, seek position / 20 ms). Needs sox, lame, flac.
+# Makes the seed corpora of the input module fuzzers (mpeg_module, sndfile_module,
+# ffmpeg_module): a fraction of a second of sine in each flavour and container a module
+# meets, each behind the fuzzer's two control bytes (data offset, seek position / 20 ms).
+# Needs sox, lame, flac and ffmpeg.
 set -e
 cd "$(dirname "$0")/../../fuzz"
 tmp=$(mktemp -d)
@@ -36,3 +37,17 @@ for kind in wav16:s16.wav wav8:u8.wav aiff:s16.aiff au:s16.au vorbis:vorbis.ogg 
 done
 seed sndfile_module '\000\001' float.wav wav_float
 seed sndfile_module '\100\003' tagged.flac tagged_flac
+
+# The FFmpeg module (needs ffmpeg): AAC and ALAC in MP4, 5.1 WavPack, Opus in WebM, WMA;
+# the MP4s also behind the tag.
+ffmpeg -v error -f lavfi -i "sine=f=440:r=22050:d=0.15" -ac 2 "$tmp/ff.wav"
+ffmpeg -v error -i "$tmp/ff.wav" -c:a aac -b:a 32k "$tmp/aac.m4a"
+ffmpeg -v error -i "$tmp/ff.wav" -c:a alac "$tmp/alac.m4a"
+ffmpeg -v error -i "$tmp/ff.wav" -af "pan=5.1|FC=c0|LFE=c1" -c:a wavpack "$tmp/surround.wv"
+ffmpeg -v error -i "$tmp/ff.wav" -ac 1 -c:a libopus -b:a 16k "$tmp/opus.webm"
+ffmpeg -v error -i "$tmp/ff.wav" -c:a wmav2 -b:a 32k "$tmp/wma.wma"
+cat "$tmp/tag" "$tmp/alac.m4a" > "$tmp/tagged.m4a"
+for kind in aac_m4a:aac.m4a alac_m4a:alac.m4a wavpack_surround:surround.wv opus_webm:opus.webm wma:wma.wma; do
+  seed ffmpeg_module '\000\003' "${kind#*:}" "${kind%%:*}"
+done
+seed ffmpeg_module '\100\002' tagged.m4a tagged_alac_m4a

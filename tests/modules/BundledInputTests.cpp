@@ -364,6 +364,89 @@ TEST_F(BundledInput, TypesAndFilesThatCannotBeRead) {
     EXPECT_TRUE(silence.ToEnd(4).empty() && silence.Seek(1000) == 0);
 }
 
+TEST_F(BundledInput, FfmpegDecodesLosslessExactlyAacGaplesslySurroundMixedDownAndSeeksToTheFrame) {
+    // Files that ffmpeg encodes from the 0.5 s stereo tone, and a 5.1 file whose centre holds
+    // a mono tone and whose LFE holds the same (it must vanish): the ITU downmix puts the
+    // centre at -3 dB into both sides, scaled by 1 / (1 + 2 * -3 dB) so that nothing clips.
+    const Plugin ffmpeg("FFmpeg_Verdin.so");
+    const std::vector<int16_t> centre = Sine16(24000, 1, 48000, {500.0});
+    WriteWav(Path("centre.wav"), 1, 48000, 16, Bytes16(centre));
+    for (const auto& [codec, name] : {std::pair{"alac", "alac.m4a"}, {"wavpack", "pack.wv"}})
+        RunOrThrow({"ffmpeg", "-v", "error", "-i", Wav().path, "-c:a", codec, Path(name)});
+    // AAC in packets of 1024 frames
+    RunOrThrow({"ffmpeg", "-v", "error", "-i", Path("centre.wav"), "-c:a", "aac", Path("lossy.m4a")});
+    RunOrThrow({"ffmpeg", "-v", "error", "-i", Path("centre.wav"), "-af", "pan=5.1|FC=c0|LFE=c0", "-c:a", "wavpack",
+                Path("surround.wv")});
+    Bytes pcm24;  // mono 24-bit ALAC keeps one channel and the top 16 bits of each sample
+    std::vector<int16_t> top16;
+    for (int i = 0; i < 24000; ++i) {
+        const int32_t sample = (i * 2731 % 16777216) - 8388608;
+        for (int b = 0; b < 3; ++b) pcm24.push_back(static_cast<uint8_t>(sample >> (8 * b)));
+        top16.push_back(static_cast<int16_t>(sample >> 8));
+    }
+    WriteWav(Path("deep.wav"), 1, 48000, 24, pcm24);
+    RunOrThrow({"ffmpeg", "-v", "error", "-i", Path("deep.wav"), "-c:a", "alac", Path("deep.m4a")});
+    std::vector<int16_t> mixed;
+    for (const int16_t x : centre) mixed.insert(mixed.end(), 2, static_cast<int16_t>(x * 0.70710678 / 2.41421356));
+    const std::vector<int16_t> tone = Samples16(Wav().reference);
+    const auto meanDifference = [](const std::vector<int16_t>& a, const std::vector<int16_t>& b, size_t bFrom) {
+        double sum = 0;  // over all of it: one sample off shows on a lossless file, 1024 on AAC
+        for (size_t i = 0; i < a.size(); ++i) sum += std::abs(a[i] - b[bFrom + i]);
+        return a.empty() ? 0.0 : sum / double(a.size());
+    };
+    const std::tuple<std::string, int, int, const std::vector<int16_t>*, int> rows[] = {
+        // file, rate, channels, expected samples, mean difference allowed
+        {"alac.m4a", 44100, 2, &tone, 0}, {"pack.wv", 44100, 2, &tone, 0}, {"lossy.m4a", 48000, 1, &centre, 1000},
+        {"surround.wv", 48000, 2, &mixed, 1}, {"deep.m4a", 48000, 1, &top16, 0},
+    };
+    for (const auto& [name, rate, channels, expected, tolerance] : rows) {
+        SCOPED_TRACE(name);
+        const auto info = ffmpeg.Info(Path(name));
+        ASSERT_TRUE(info);
+        const CommandResult probe =
+            RunCommand({"ffprobe", "-v", "error", "-show_entries", "stream=duration_ts", "-of", "csv=p=0", Path(name)});
+        EXPECT_LE(std::llabs(std::stoll(probe.output) * 1000 / rate - info->duration), 1024 * 1000 / rate);
+        EXPECT_EQ(std::tuple(info->sampleRate, info->channels, info->bitsPerSample, info->seekable),
+                  std::tuple(rate, channels, 16, 1));
+        // The whole, with as many frames as the source: no encoder delay in front, no padding behind.
+        const std::vector<int16_t> got = Samples16(Decoder(ffmpeg, Path(name)).ToEnd(2 * channels));
+        ASSERT_EQ(got.size(), expected->size());
+        EXPECT_LE(meanDifference(got, *expected, 0), tolerance);
+        // Behind a tag, a seek goes on with exactly the frames a decode from the start has
+        // there; for AAC nearly (its noise substitution is random), from a packet before the
+        // target, whose overlap the target's packet needs.
+        const std::string tagged = Path(name + ".tagged");
+        WriteBytes(tagged, Concat(Id3v2Tag(2048), ReadBytes(Path(name))));
+        for (const uint32_t ms : {0u, 3u, 64u, 123u, 389u, info->duration, 9999u}) {  // 64 ms: AAC's third packet
+            Decoder decoder(ffmpeg, tagged, 2048);
+            EXPECT_EQ(decoder.Seek(ms), std::min(ms, info->duration));
+            const std::vector<int16_t> tail = Samples16(decoder.ToEnd(2 * channels));
+            const size_t from = std::min(got.size(), (size_t(ms) * size_t(rate) + 500) / 1000 * channels);
+            ASSERT_EQ(tail.size(), got.size() - from) << ms;
+            EXPECT_LE(meanDifference(tail, got, from), tolerance / 100.0) << ms;
+        }
+    }
+    // By name: its own types, none the other modules play and no URL. A file cut before its
+    // index, one of garbage or a playlist is unknown; one cut mid-stream plays its first part.
+    for (const auto& [path, taken] : std::initializer_list<std::pair<const char*, bool>>{
+             {"a.M4A", true}, {"b.wv", true}, {"c.ape", true}, {"d.wma", true}, {"e.mp3", false}, {"f.wav", false},
+             {"g.flac", false}, {"h.opus", false}, {"i.ogg", false}, {"http://host/j.m4a", false}})
+        EXPECT_EQ(ffmpeg.ops().IsOurFile(ffmpeg.module(), path, 0) != 0, taken) << path;
+    RunOrThrow({"ffmpeg", "-v", "error", "-i", Path("stereo.wav"), "-c:a", "wavpack", Path("long.wv")});  // 1 s blocks
+    const Bytes m4a = ReadBytes(Path("lossy.m4a")), wv = ReadBytes(Path("long.wv"));
+    const Bytes whole = WavData(Path("stereo.wav"));
+    WriteBytes(Path("cut.m4a"), {m4a.begin(), m4a.begin() + long(m4a.size() / 2)});
+    WriteBytes(Path("junk.wv"), Bytes(9000, 0x5A));
+    WriteBytes(Path("cut.wv"), {wv.begin(), wv.begin() + long(wv.size() / 2)});
+    WriteFile(Path("list.aac"),
+              "#EXTM3U\n#EXT-X-TARGETDURATION:1\n#EXTINF:1,\n" + Path("alac.m4a") + "\n#EXT-X-ENDLIST\n");
+    for (const char* name : {"cut.m4a", "junk.wv", "list.aac"})
+        EXPECT_TRUE(!ffmpeg.Info(Path(name)) && !Decoder(ffmpeg, Path(name)).valid()) << name;
+    const Bytes part = Decoder(ffmpeg, Path("cut.wv")).ToEnd(4);
+    EXPECT_TRUE(!part.empty() && part.size() < whole.size() && std::equal(part.begin(), part.end(), whole.begin()))
+        << part.size();
+}
+
 // The read-ahead must hand mpg123 exactly the bytes an unbuffered read would, across
 // block edges, after seeks either way, for reads larger than the block and at the end.
 TEST(MpegFileSource, ReadAheadGivesTheBytesOfPlainReads) {
