@@ -29,6 +29,19 @@ function(verdin_add_plugin name)
   install(TARGETS ${name} LIBRARY DESTINATION ${VERDIN_INSTALL_LIBDIR}/Plug-ins)
 endfunction()
 
+# The decoding library of a bundled plug-in that opens it only when needed: a module
+# library in lib/verdin, named as given (the plug-in asks for "../<name>.so").
+function(verdin_add_plugin_library name)
+  add_library(${name} MODULE ${ARGN})
+  set_target_properties(${name} PROPERTIES
+    PREFIX ""
+    LIBRARY_OUTPUT_DIRECTORY ${VERDIN_LIB_DIR}
+    C_VISIBILITY_PRESET hidden
+    CXX_VISIBILITY_PRESET hidden)
+  target_link_libraries(${name} PRIVATE verdin_sdk)
+  install(TARGETS ${name} LIBRARY DESTINATION ${VERDIN_INSTALL_LIBDIR})
+endfunction()
+
 # Adds every subfolder of the current source folder that has a CMakeLists.txt,
 # in name order, so that each piece of a folder keeps its build lines beside it.
 # verdin_add_subfolders([EXCLUDE name...])

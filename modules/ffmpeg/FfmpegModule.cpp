@@ -1,6 +1,7 @@
 #include "FfmpegModule.h"
 
 #include "FfmpegDecoder.h"
+#include "FfmpegFileTypes.h"
 #include "FfmpegFile.h"
 #include "FfmpegTrackInfo.h"
 
@@ -20,28 +21,6 @@ namespace verdin::ffmpeg {
 
 namespace {
 
-// Description/patterns pairs, each text NUL-terminated, the list ended by an empty text.
-// MP3, WAV, AIFF, AU, FLAC, Ogg and Opus files are left to the other bundled modules.
-constexpr char kFileTypes[] =
-    "MPEG-4 audio (AAC, ALAC)\0*.m4a;*.m4b;*.mp4;*.aac\0"
-    "WavPack\0*.wv\0"
-    "Monkey's Audio\0*.ape\0"
-    "Windows Media audio\0*.wma;*.asf\0"
-    "Matroska/WebM audio\0*.mka;*.webm\0"
-    "Other audio (FFmpeg)\0*.ac3;*.dts;*.mpc;*.tta;*.tak;*.caf;*.spx;*.amr;*.3gp\0";
-
-bool IsFfmpegFileName(const char* path) {
-    return HasOneOfExtensions(path, {".m4a", ".m4b", ".mp4", ".aac", ".wv", ".ape", ".wma", ".asf", ".mka", ".webm",
-                                     ".ac3", ".dts", ".mpc", ".tta", ".tak", ".caf", ".spx", ".amr", ".3gp"});
-}
-
-const char* Description() {
-    static const std::string description =
-        std::string("Verdin FFmpeg decoder " VERDIN_MODULE_VERSION " (libavformat ") +
-        AV_STRINGIFY(LIBAVFORMAT_VERSION) + ")";
-    return description.c_str();
-}
-
 int32_t GetFileInfo(const char* path, uint32_t dataOffset, TrackInfo* info) {
     if (!path || !info || IsUrl(path)) return 0;
     // The first frame must decode too: a file whose header survived but whose audio did
@@ -54,7 +33,7 @@ int32_t GetFileInfo(const char* path, uint32_t dataOffset, TrackInfo* info) {
 }
 
 const InputModuleOps kOps = {
-    [](InputModule*) { return Description(); },
+    [](InputModule*) { return FfmpegDescription(); },
     [](InputModule*, const char* path, uint32_t dataOffset) -> InputDecoder* {
         if (!path || IsUrl(path)) return nullptr;  // streams are another module's
         return FfmpegDecoder::Open(path, dataOffset);
@@ -66,10 +45,10 @@ const InputModuleOps kOps = {
     // nothing; About names the module on standard error.
     [](InputModule*, const char*, uint32_t) {},
     // By the name alone, so the answer never changes for the same path.
-    [](InputModule*, const char* path, uint32_t) -> int32_t { return path && !IsUrl(path) && IsFfmpegFileName(path); },
-    [](InputModule*) { return static_cast<const char*>(kFileTypes); },
+    [](InputModule*, const char* path, uint32_t) -> int32_t { return IsFfmpegFile(path); },
+    [](InputModule*) { return static_cast<const char*>(kFfmpegFileTypes); },
     [](InputModule*) {},
-    [](InputModule*) { std::fprintf(stderr, "%s\n", Description()); },
+    [](InputModule*) { std::fprintf(stderr, "%s\n", FfmpegDescription()); },
     [](InputModule*) {},
 };
 

@@ -14,6 +14,8 @@ extern "C" {
 #include <libswresample/swresample.h>
 }
 
+#include "RadioStation.h"
+
 #include <atomic>
 #include <chrono>
 #include <cstdint>
@@ -24,8 +26,8 @@ namespace verdin::radio {
 
 class StreamConnection {
 public:
-    static constexpr int kRate = 44100;
-    static constexpr int kChannels = 2;
+    static constexpr int kRate = kStationRate;
+    static constexpr int kChannels = kStationChannels;
     static constexpr std::chrono::seconds kTimeout{5};
 
     StreamConnection() = default;
