@@ -58,6 +58,7 @@ public:
     void Signal(int signal);
     int WaitForExit(std::chrono::milliseconds limit = std::chrono::seconds(20));
     std::string Output() const;  // standard output and error so far
+    pid_t Pid() const { return pid_; }
 
 private:
     const PrivateBus& bus_;
