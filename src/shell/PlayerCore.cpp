@@ -6,6 +6,7 @@
 #include "plugins/dsp/DspHost.h"
 #include "plugins/dsp/DspLibraryList.h"
 #include "plugins/dsp/DspPluginsText.h"
+#include "plugins/library/PluginLibrary.h"
 #include "settings/EqualizerRecord.h"
 #include "settings/store/SettingsStore.h"
 #include "shell/replaygain/ReplayGainFile.h"
@@ -46,6 +47,7 @@ void PlayerCore::Announce(unsigned changes) {
 
 void PlayerCore::LoadPlugins(void* mainWindow) {
     mainWindow_ = mainWindow;
+    const PluginLibrary::KeepOpenedWhileScanning scan;
     vis_.Load(static_cast<VerdinHostWindow*>(mainWindow_), settings_.visualizationPluginsSearchPath,
               settings_.visualizationPlugins);
     vis_.StartUp();

@@ -3,13 +3,31 @@
 #include <dlfcn.h>
 
 #include <utility>
+#include <vector>
 
 namespace verdin {
+
+namespace {
+// The extra references of the running scan; null when none runs.
+std::vector<void*>* keptOpen = nullptr;
+}  // namespace
 
 PluginLibrary PluginLibrary::Open(const std::string& path) {
     void* handle = dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL);
     if (!handle) dlerror();  // failures are silent; clear the pending message
+    if (handle && keptOpen) keptOpen->push_back(dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL));
     return PluginLibrary(handle);
+}
+
+PluginLibrary::KeepOpenedWhileScanning::KeepOpenedWhileScanning() {
+    if (!keptOpen) keptOpen = new std::vector<void*>;
+}
+
+PluginLibrary::KeepOpenedWhileScanning::~KeepOpenedWhileScanning() {
+    if (!keptOpen) return;
+    for (void* handle : *keptOpen)
+        if (handle) dlclose(handle);
+    delete std::exchange(keptOpen, nullptr);
 }
 
 PluginLibrary::~PluginLibrary() { Close(); }

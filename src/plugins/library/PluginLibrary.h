@@ -41,6 +41,18 @@ public:
     // for plug-in code that may still run (a thread of its own on its way out).
     void KeepLoaded() { handle_ = nullptr; }
 
+    // While one of these lives, every library opened stays loaded until it ends, even when
+    // its host closes it: the hosts of the four plug-in kinds each look at every library
+    // of a shared folder, and without it each look would load, relocate and initialize a
+    // library (and everything it links) anew. The user-interface thread only.
+    class KeepOpenedWhileScanning {
+    public:
+        KeepOpenedWhileScanning();
+        ~KeepOpenedWhileScanning();
+        KeepOpenedWhileScanning(const KeepOpenedWhileScanning&) = delete;
+        KeepOpenedWhileScanning& operator=(const KeepOpenedWhileScanning&) = delete;
+    };
+
 private:
     explicit PluginLibrary(void* handle) : handle_(handle) {}
     void* handle_ = nullptr;
