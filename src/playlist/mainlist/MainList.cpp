@@ -70,7 +70,11 @@ void MainList::Edited(ListChange change, bool wasEmpty) {
 void MainList::LoadFile(const std::string& fileName, int current) {
     tree_.Clear();
     deferred_.clear();
-    LoadPlaylistEntries(tree_, fileName, LoadContext{settings_, modules_});
+    // With retrieval deferred, a long saved list shows at once and its tracks are read
+    // in the background, as added tracks are.
+    const Settings loading = LoadingSettings();
+    LoadPlaylistEntries(tree_, fileName, LoadContext{loading, modules_});
+    NoteDeferred(tree_);
     tree_.SetFileName(fileName);
     tree_.SetModified(false);
     currentRow_ = current >= 0 && current < tree_.RowCount() ? current : 0;
@@ -89,13 +93,8 @@ void MainList::Clear() {
 }
 
 void MainList::Load(Playlist& into, const std::vector<std::string>& paths) {
-    // Deferred: loaded as if every retrieval were switched off, then listed.
-    Settings noRetrieval;
-    if (deferRetrieval_) {
-        noRetrieval = settings_;
-        noRetrieval.skipInfoForAnyFile = 1;
-    }
-    const LoadContext context{deferRetrieval_ ? noRetrieval : settings_, modules_};
+    const Settings loading = LoadingSettings();
+    const LoadContext context{loading, modules_};
     for (const std::string& path : paths) {
         if (!IsDirectory(path)) {
             LoadItem(into, path, context);
@@ -105,6 +104,13 @@ void MainList::Load(Playlist& into, const std::vector<std::string>& paths) {
              ScanDirectory(path, settings_.recursiveAddDirectory != 0, modules_.SupportedExtensions()))
             LoadItem(into, file, context);
     }
+}
+
+// Deferred: loaded as if every retrieval were switched off, then listed (NoteDeferred).
+Settings MainList::LoadingSettings() const {
+    Settings loading = settings_;
+    if (deferRetrieval_) loading.skipInfoForAnyFile = 1;
+    return loading;
 }
 
 // Loaded into a scratch playlist first, then moved before the row, in order.

@@ -146,6 +146,7 @@ private:
     void Announce(const ListChange& change);
     void FollowCurrentItem();
     void NoteDeferred(const PlaylistItem& item);
+    Settings LoadingSettings() const;
     // The track a row plays: a track's record, a random entry's pick; null otherwise.
     TrackRecord* TrackAt(int row);
     void Load(Playlist& into, const std::vector<std::string>& paths);

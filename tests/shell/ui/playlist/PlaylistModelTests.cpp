@@ -4,6 +4,7 @@
 // through the main window's view in its tests.)
 #include "WindowKit.h"
 
+#include "base/Locations.h"
 #include "playlist/Playlist.h"
 #include "playlist/TrackItem.h"
 #include "shell/app/CoreApplication.h"
@@ -13,18 +14,25 @@
 #include <QAbstractItemModelTester>
 #include <QSignalSpy>
 #include <QTest>
+#include <filesystem>
+#include <fstream>
 
 using namespace verdin;
 using namespace verdin::test;
 
 namespace {
 
-// The headless player on a private home; tracks are added without reading them.
+// The headless player on a private home, started as the window starts it: tracks are
+// added, and a saved main playlist is loaded, without reading them.
 struct PlayerUnderTest {
-    PlayerUnderTest() {
+    explicit PlayerUnderTest(const std::vector<std::string>& saved = {}) {
+        std::string list = "[Verdin Advanced Playlist]\r\nVersion=1.00\r\n[Entries]\r\n";
+        for (size_t i = 0; i < saved.size(); ++i) list += "Entry" + std::to_string(i + 1) + "=" + saved[i] + "\r\n";
+        std::filesystem::create_directories(UserDirectory());
+        std::ofstream(UserDirectory() + "/default.vdp") << list << "NumberOfEntries=" << saved.size() << "\r\n";
         app = std::make_unique<CoreApplication>(RunOptions{});
-        app->StartUp();
         Face().SetDeferredRetrieval(true);
+        app->StartUp();
         track = home.Tone("t.wav", 0.1);
     }
     Player& Face() { return app->GetPlayer(); }
@@ -87,11 +95,13 @@ void PlaylistModelTests::editsAreToldAsTheRowsTheyTouch() {
 }
 
 void PlaylistModelTests::retrievalFillsTracksEvenWhenRowsMove() {
-    PlayerUnderTest t;
+    WindowHome tones;
     std::vector<std::string> files;
-    for (int i = 0; i < 40; ++i) files.push_back(t.home.Tone("r" + std::to_string(i) + ".wav", 1 + i % 3));
+    for (int i = 0; i < 40; ++i) files.push_back(tones.Tone("r" + std::to_string(i) + ".wav", 1 + i % 3));
+    PlayerUnderTest t({files.begin(), files.begin() + 20});  // half saved by the last run, half added
     Player& player = t.Face();
-    QCOMPARE(player.AddPaths(files, -1), 40);
+    QVERIFY(!static_cast<const TrackItem*>(player.List().ItemAtRow(0).item)->Track().InfoRetrieved());
+    QCOMPARE(player.AddPaths({files.begin() + 20, files.end()}, -1), 20);
     InformationRetrieval retrieval(player);
     QSignalSpy progress(&retrieval, &InformationRetrieval::Progress);
     retrieval.Enqueue(player.TakeDeferredTracks());
