@@ -33,7 +33,7 @@ if command -v ccache >/dev/null; then
   export CCACHE_BASEDIR=${CCACHE_BASEDIR:-$root}
   configure+=(-DCMAKE_C_COMPILER_LAUNCHER=ccache -DCMAKE_CXX_COMPILER_LAUNCHER=ccache)
 fi
-targets=(verdin verdin-windows MPEG_Verdin WAV_Verdin DSP_Verdin Bars_Verdin Notify_Verdin
+targets=(verdin verdin-windows MPEG_Verdin WAV_Verdin FFmpeg_Verdin Radio_Verdin DSP_Verdin Bars_Verdin Notify_Verdin
          verdin-decode verdin-bench-null-device bench_startup bench_sample_space bench_retrieval)
 echo "building $build ..." >&2
 if ! { cmake -S "$root" -B "$build" "${configure[@]}" &&
