@@ -127,14 +127,34 @@ QVariantMap PlayerAdaptor::ChangeableProperties() const {
             {QStringLiteral("CanPause"), CanPlay()},              {QStringLiteral("CanSeek"), CanSeek()}};
 }
 
+PlayerAdaptor::Sources PlayerAdaptor::ReadSources() const {
+    Player& player = object_.Ready();
+    const Settings& settings = player.GetSettings();
+    const TrackRecord* track = player.LoadedTrack();
+    return {static_cast<int>(player.Status()), settings.loopMode, settings.shuffleMode, settings.Volume(),
+            player.CurrentRow(), player.List().ItemAtRow(player.CurrentRow()).item, track,
+            track ? track->Revision() : 0};
+}
+
 void PlayerAdaptor::Follow(unsigned changes) {
+    // Rows, texts, the track and the settings change the properties in ways the sources do
+    // not show; a change of the display alone is looked at through them.
+    const Sources sources = ReadSources();
+    const bool displayOnly = (changes & ~(kDisplayChanged | kPositionJumped)) == 0;
+    if (!displayOnly || sources_ != sources) {
+        sources_ = sources;
+        SendChangedProperties();
+    }
+    if (changes & kPositionJumped) emit Seeked(Position());
+}
+
+void PlayerAdaptor::SendChangedProperties() {
     const QVariantMap now = ChangeableProperties();
     QVariantMap changed;
     for (auto value = now.begin(); value != now.end(); ++value)
         if (sent_.value(value.key()) != value.value()) changed.insert(value.key(), value.value());
     sent_ = now;
     MprisObject::SendPropertiesChanged(QStringLiteral("org.mpris.MediaPlayer2.Player"), changed);
-    if (changes & kPositionJumped) emit Seeked(Position());
 }
 
 }  // namespace verdin

@@ -9,6 +9,8 @@
 #include <QDBusAbstractAdaptor>
 #include <QDBusObjectPath>
 #include <QVariantMap>
+#include <cstdint>
+#include <optional>
 
 namespace verdin {
 
@@ -70,9 +72,26 @@ signals:
 
 private:
     QVariantMap ChangeableProperties() const;
+    void SendChangedProperties();
+    // What the changeable properties are made of, cheap to read and compare: the progress
+    // tick announces a display change ten times a second, and making the properties
+    // (the metadata above all) each time only to find them unchanged costs more than the
+    // rest of the tick.
+    struct Sources {
+        int status;
+        int32_t loop, shuffle;
+        uint16_t volume;
+        int row;
+        const void* item;
+        const void* track;
+        uint32_t revision;
+        bool operator==(const Sources&) const = default;
+    };
+    Sources ReadSources() const;
 
     MprisObject& object_;
     QVariantMap sent_;  // the changeable properties as controllers were last told
+    std::optional<Sources> sources_;  // what sent_ was made of
 };
 
 }  // namespace verdin
