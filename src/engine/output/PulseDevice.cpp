@@ -226,19 +226,27 @@ private:
         pending_ = nullptr;
     }
 
+    // Commits that follow one another in the ring go out as one write: a stream commits
+    // a decoder's block at a time (often 1,152 frames), and every write to the server
+    // costs a message and two system calls whatever its size.
     void DrainCommits() {
         int32_t count = 0;
+        uint64_t unsent = 0;
         while (core_.commits.Pop(&count)) {
             if (count > 0) {
                 committedFrames_ += count;
                 serverFrames_ += count;
             }
             if (down_ || core_.ringSize == 0) continue;
-            if (count > 0)
-                WriteFromRing(uint64_t{static_cast<uint32_t>(count)} * core_.bytesPerFrame);
-            else if (count < 0)
+            if (count > 0) {
+                unsent += uint64_t{static_cast<uint32_t>(count)} * core_.bytesPerFrame;
+            } else if (count < 0) {
+                WriteFromRing(unsent);
+                unsent = 0;
                 MoveBack(count);
+            }
         }
+        WriteFromRing(unsent);
     }
 
     // Sends bytes of the ring from the cursor on, wrapping at the ring's end.
