@@ -102,7 +102,7 @@ done
 contents=$(dpkg-deb -c "$deb" | awk '{print $6}')
 for path in bin/verdin lib/verdin/libverdin-core.so lib/verdin/libverdin-windows.so \
     lib/verdin/Plug-ins/{FFmpeg,MPEG,Radio,WAV,DSP,Bars,Notify}_Verdin.so share/applications/verdin.desktop \
-    lib/verdin/libverdin-{ffmpeg,radio}-input.so \
+    lib/verdin/libverdin-{ffmpeg,radio,sndfile}-input.so \
     share/mime/packages/verdin.xml share/metainfo/io.github.brimfell.Verdin.metainfo.xml \
     share/icons/hicolor/{48x48/apps/verdin.png,scalable/apps/verdin.svg} share/man/man1/verdin.1 \
     include/verdin/vis.h share/pkgconfig/verdin-sdk.pc share/dbus-1/services/org.brimfell.Verdin.service; do
