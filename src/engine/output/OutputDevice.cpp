@@ -24,7 +24,7 @@ void OutputDevice::Wait(uint32_t frames) {
 uint32_t OutputDevice::RoomToWaitFor(uint32_t frames) const {
     const uint32_t frameBytes = format_.BytesPerFrame();
     const uint32_t quarterRing = frameBytes ? ringSize_ / frameBytes / 4 : 0;
-    return std::max(frames, std::min(format_.sampleRate / 4, quarterRing));
+    return std::max(frames, std::min(format_.sampleRate / 2, quarterRing));
 }
 
 void OutputDevice::SetVolume(uint32_t) {}

@@ -51,9 +51,9 @@ public:
     // cuts short, instead of calling Wait(). A device that writes in Wait() says no.
     virtual bool PacesItself() const { return true; }
     // How many frames the stream waits for when the ring is full and it needs room for
-    // `frames`. A device that empties the ring at its own pace is waited on for 250 ms (at
+    // `frames`. A device that empties the ring at its own pace is waited on for 500 ms (at
     // most a quarter of the ring) at a time, so the stream decodes in bursts and wakes
-    // about 4 times a second rather than once per block; each wake-up costs more than
+    // about twice a second rather than once per block; each wake-up costs more than
     // decoding a block. A device that writes in Wait() gets exactly what was asked.
     virtual uint32_t RoomToWaitFor(uint32_t frames) const;
     // Volume 0..65535 for both channels; the defaults do nothing and report 0.

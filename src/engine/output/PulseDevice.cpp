@@ -31,10 +31,10 @@ constexpr const char* kStreamName = "Verdin playback";
 constexpr int kTickMilliseconds = 20;
 // The same once it runs: readers move the anchor on by the time since (PlayAnchor), so
 // the thread wakes only to send what the streams committed and to correct the anchor.
-constexpr int kSteadyTickMilliseconds = 250;
+constexpr int kSteadyTickMilliseconds = 500;
 // While the server holds more than this much not yet played, commits do not wake the
 // device thread: its next steady tick sends them, long before the server runs short.
-constexpr int kLazyAheadMilliseconds = 750;
+constexpr int kLazyAheadMilliseconds = 1000;
 // The same while held or stopped: requests and commits wake the thread anyway.
 constexpr int kIdleTickMilliseconds = 100;
 // How long a stream thread keeps trying when the commit queue is full (the device

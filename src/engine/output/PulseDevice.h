@@ -29,7 +29,7 @@
 // Positions. Played frames are the stream's time (pa_stream_get_time: what the server
 // says has been heard, interpolated between its timing updates) since the last Start,
 // converted to frames; the play position is that count modulo the ring, in bytes. Once
-// the server's clock is seen to run, the device thread looks at it only every 250 ms and
+// the server's clock is seen to run, the device thread looks at it only every 500 ms and
 // publishes an anchor that readers move on by the time since (PlayAnchor); while the
 // server holds plenty, commits do not wake the thread either, and its next look sends
 // them. Playing then costs a handful of wake-ups a second instead of fifty.
