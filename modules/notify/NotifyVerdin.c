@@ -17,8 +17,8 @@
 #include <string.h>
 #include <time.h>
 
-/* Each look costs three round trips to the player's user-interface thread; once a second
- * is soon enough for a notification. */
+/* Each look costs two or three round trips to the player's user-interface thread; once a
+ * second is soon enough for a notification. */
 #define POLL_MS 1000
 
 static winampGeneralPurposePlugin plugin;
@@ -69,17 +69,22 @@ static int WaitOrStop(void) {
     return stop;
 }
 
-/* A track counts as new when the current row or its title changed while playing. */
+/* A track counts as new when the current row or its title changed while playing. Whether
+ * it plays is asked only after a change, so that a look at an unchanged track costs two
+ * round trips instead of three. */
 static void* Watch(void* bus) {
     char shown[1024] = "";
     intptr_t shownRow = -1;
     do {
-        if (Ask(VERDIN_IPC_ISPLAYING, 0) != 1) continue;
         const intptr_t row = Ask(VERDIN_IPC_GETLISTPOS, 0);
         const char* title = row >= 0 ? (const char*)Ask(VERDIN_IPC_GETPLAYLISTTITLE, (uintptr_t)row) : NULL;
         if (!title || !*title || (row == shownRow && strncmp(title, shown, sizeof shown - 1) == 0)) continue;
+        /* The title is the host's text until the next question: kept before asking. */
+        char seen[sizeof shown] = "";
+        strncpy(seen, title, sizeof seen - 1);
+        if (Ask(VERDIN_IPC_ISPLAYING, 0) != 1) continue;
         shownRow = row;
-        strncpy(shown, title, sizeof shown - 1);
+        memcpy(shown, seen, sizeof shown);
         Notify(bus, shown);
     } while (!WaitOrStop());
     return NULL;
