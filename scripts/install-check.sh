@@ -97,7 +97,7 @@ deb=$(echo "$scratch"/deb/verdin_*_"$(dpkg --print-architecture)".deb)
 depends=$(dpkg-deb -f "$deb" Depends)
 for lib in libqt6core6 libqt6dbus6 libqt6widgets6 libmpg123-0 libsndfile1 libtag1v5 libasound2 libx11-6 libdbus-1-3 \
     libavformat59 libavcodec59 libswresample4; do
-  [[ $depends == *"$lib "* || $depends == *"$lib," || $depends == *"$lib" ]] || fail "Depends lacks $lib: $depends"
+  [[ $depends == *"$lib "* || $depends == *"$lib,"* || $depends == *"$lib" ]] || fail "Depends lacks $lib: $depends"
 done
 contents=$(dpkg-deb -c "$deb" | awk '{print $6}')
 for path in bin/verdin lib/verdin/libverdin-core.so lib/verdin/libverdin-windows.so \
