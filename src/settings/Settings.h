@@ -23,7 +23,7 @@ struct RebarBand {
     bool operator==(const RebarBand&) const = default;
 };
 
-// The main window's placement: the 44-byte record of the original layout (length,
+// The main window's placement: the 44-byte record of the stored layout (length,
 // flags, show command, minimized and maximized positions, normal rectangle). All zero
 // means the window has never been placed. showCmd 3 is maximized.
 struct WindowPlacement {

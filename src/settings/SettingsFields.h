@@ -16,7 +16,7 @@ enum class FieldKind { Text, Binary };
 struct SettingsField {
     const char* name;
     FieldKind kind;
-    // Text: the size of the original buffer (at most size - 1 characters are kept).
+    // Text: the size of the stored field's buffer (at most size - 1 characters are kept).
     // Binary: the exact number of bytes stored.
     uint32_t size;
     std::string* (*text)(Settings&);  // Text fields

@@ -1,7 +1,7 @@
 #pragma once
 // The wave-out device on ALSA: one PCM, fed from the stream's ring by a device thread.
 //
-// How it plays. The ring is one looping buffer, as the sound card of the original design
+// How it plays. The ring is one looping buffer, as a wave-out device of the design
 // plays one looping block: after Start the device thread hands the ring to ALSA from its
 // first byte on, round and round, in small pieces. Positions come from what the card has
 // really played: frames handed to ALSA minus snd_pcm_delay (or, on the `null` PCM, which
@@ -21,7 +21,7 @@
 // every piece it hands over, scaling a copy of the piece in software (and handing the
 // ring's bytes directly at full volume).
 //
-// Volume kept on close: the original device restored the card's volume on close, so a
+// Volume kept on close: a wave-out device of the design restores the card's volume on close, so a
 // change made during playback did not outlive it. Here the volume never leaves the
 // device (no mixer is touched), so it ends with the device by construction; a new device
 // starts at full volume until the player sets its own.

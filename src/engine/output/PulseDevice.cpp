@@ -365,7 +365,7 @@ PulseDevice::PulseDevice(PcmFormat format, uint8_t* ring, uint32_t ringSize, int
         return;
     }
     // The server's buffer is the ring's size; playback starts and stops only when the
-    // device says so (prebuf 0), as the original's looping buffer did.
+    // device says so (prebuf 0), as a looping sound buffer does.
     const uint32_t size = ringSize ? ringSize : static_cast<uint32_t>(-1);
     pa_buffer_attr attr{size, size, 0, static_cast<uint32_t>(-1), static_cast<uint32_t>(-1)};
     const auto flags = static_cast<pa_stream_flags_t>(

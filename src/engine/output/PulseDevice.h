@@ -2,16 +2,16 @@
 // The DirectSound device on PulseAudio: a playback stream whose buffer is the ring's
 // size, into which the device copies every block the streams commit.
 //
-// Why this shape. The original device kept a looping sound buffer of the ring's size and
-// copied each committed block into it at its own write cursor; a negative commit moved
+// Why this shape. A DirectSound device keeps a looping sound buffer of the ring's size and
+// copies each committed block into it at its own write cursor; a negative commit moved
 // the cursor back so that the next track's first frames overwrite the end of the last one
 // (the crossfade). A PulseAudio stream has the same write model: pa_stream_write appends
 // at the write index, and a relative seek moves that index back over data that has not
 // been played yet. So a positive commit writes the committed bytes from the ring at the
 // device's cursor (in two pieces when they wrap), and a negative commit moves the cursor
 // back by channels x (bits / 8) x count bytes (the crossfade passes a byte count there,
-// so the move is scaled twice, as in the original) and makes the next write seek back by
-// as much. The cursor moves as the original's did: (cursor + n) mod ringSize computed on
+// so the move is scaled twice, as the design has it) and makes the next write seek back by
+// as much. The cursor moves as the design's does: (cursor + n) mod ringSize computed on
 // the unsigned 32-bit sum.
 //
 // Why a thread of its own, and no lock. libpulse objects belong to the thread that runs
@@ -34,8 +34,8 @@
 // server holds plenty, commits do not wake the thread either, and its next look sends
 // them. Playing then costs a handful of wake-ups a second instead of fifty.
 //
-// The server buffer does not stop on underrun (prebuf 0), as the original's looping
-// buffer played on: the engine's underrun guard pauses the device instead.
+// The server buffer does not stop on underrun (prebuf 0), as a looping sound
+// buffer plays on: the engine's underrun guard pauses the device instead.
 //
 // Failures. Opening gives up after a second and a half when no server answers; IsOpen is
 // then false. When the server goes away while playing, the device records why (ErrorText,

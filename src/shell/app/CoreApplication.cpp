@@ -16,7 +16,7 @@ namespace verdin {
 
 namespace {
 
-// The process priority class of the settings (the values of the original platform) as a
+// The process priority class of the settings (Windows priority-class values) as a
 // nice value for the whole process. Raising it needs privileges; a refusal is ignored and
 // the player runs at its normal priority.
 void ApplyProcessPriorityClass(int32_t priorityClass) {

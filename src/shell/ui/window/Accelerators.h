@@ -14,7 +14,7 @@ class QWidget;
 namespace verdin {
 
 // The sequences of a command-table key ("Ctrl+Q", "Num+-"); Enter on the main keyboard
-// and on the keypad are one key, as they are for the accelerators of the original table.
+// and on the keypad are one key, as they are for the command table's accelerators.
 QList<QKeySequence> KeySequences(std::string_view key);
 
 // One action per key, added to window. Returns how many were installed.
