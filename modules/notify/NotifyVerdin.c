@@ -72,7 +72,7 @@ static int WaitOrStop(void) {
 /* A track counts as new when the current row or its title changed while playing. Whether
  * it plays is asked only after a change, so that a look at an unchanged track costs two
  * round trips instead of three. */
-static void* Watch(void* bus) {
+static void Watch(DBusConnection* bus) {
     char shown[1024] = "";
     intptr_t shownRow = -1;
     do {
@@ -87,21 +87,25 @@ static void* Watch(void* bus) {
         memcpy(shown, seen, sizeof shown);
         Notify(bus, shown);
     } while (!WaitOrStop());
-    return NULL;
 }
 
-static DBusConnection* bus;
+/* The thread connects to the bus itself, so that the player's start-up never waits for
+ * the handshake; without a bus it ends at once. */
+static void* Run(void* unused) {
+    (void)unused;
+    DBusConnection* bus = dbus_bus_get_private(DBUS_BUS_SESSION, NULL);
+    if (!bus) return NULL;
+    dbus_connection_set_exit_on_disconnect(bus, FALSE);
+    Watch(bus);
+    dbus_connection_close(bus);
+    dbus_connection_unref(bus);
+    return NULL;
+}
 
 static int Init(void) {
     if (!getenv("DBUS_SESSION_BUS_ADDRESS")) return 1;
     dbus_threads_init_default();
-    bus = dbus_bus_get_private(DBUS_BUS_SESSION, NULL);
-    if (!bus) return 1;
-    dbus_connection_set_exit_on_disconnect(bus, FALSE);
-    if (pthread_create(&watcher, NULL, Watch, bus) == 0) return 0;
-    dbus_connection_close(bus);
-    dbus_connection_unref(bus);
-    return 1;
+    return pthread_create(&watcher, NULL, Run, NULL) == 0 ? 0 : 1;
 }
 
 static void Quit(void) {
@@ -110,8 +114,6 @@ static void Quit(void) {
     pthread_cond_signal(&wake);
     pthread_mutex_unlock(&lock);
     pthread_join(watcher, NULL);
-    dbus_connection_close(bus);
-    dbus_connection_unref(bus);
 }
 
 static void Config(void) {}
