@@ -24,9 +24,9 @@ set(CPACK_DEBIAN_PACKAGE_HOMEPAGE ${PROJECT_HOMEPAGE_URL})
 # libraries in lib/verdin are inside the package.
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS ${VERDIN_LIB_DIR})
-# The bars plug-in opens Xlib when it starts rather than linking it, so shlibdeps cannot
-# see that need.
-set(CPACK_DEBIAN_PACKAGE_DEPENDS libx11-6)
+# The sound-card output opens libasound, and the bars plug-in Xlib, when first used rather
+# than linking them, so shlibdeps cannot see those needs.
+set(CPACK_DEBIAN_PACKAGE_DEPENDS "libasound2, libx11-6")
 # The PulseAudio output loads its client library only when chosen; ALSA needs none.
 set(CPACK_DEBIAN_PACKAGE_RECOMMENDS libpulse0)
 include(CPack)

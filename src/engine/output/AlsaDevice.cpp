@@ -1,5 +1,6 @@
 #include "AlsaDevice.h"
 
+#include "engine/output/AlsaApi.h"
 #include "engine/output/AlsaDeviceList.h"
 #include "engine/output/AlsaPcm.h"
 #include "engine/output/DeviceThread.h"
@@ -367,7 +368,7 @@ std::string AlsaDevice::ErrorText() const {
     if (!core_) return openError_;
     const int code = core_->error.load(std::memory_order_acquire);
     if (code == 0) return {};
-    return "ALSA device \"" + pcmName_ + "\" stopped playing: " + snd_strerror(code);
+    return "ALSA device \"" + pcmName_ + "\" stopped playing: " + Alsa()->snd_strerror(code);
 }
 
 }  // namespace verdin

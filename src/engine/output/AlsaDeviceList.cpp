@@ -1,6 +1,6 @@
 #include "AlsaDeviceList.h"
 
-#include <alsa/asoundlib.h>
+#include "engine/output/AlsaApi.h"
 
 #include <algorithm>
 #include <cstdlib>
@@ -14,7 +14,7 @@ constexpr const char* kDefaultDescription = "Default ALSA device";
 
 // A hint's field as a string; ALSA hands out malloc'd copies.
 std::string HintField(const void* hint, const char* field) {
-    char* value = snd_device_name_get_hint(hint, field);
+    char* value = Alsa()->snd_device_name_get_hint(hint, field);
     if (!value) return {};
     std::string text(value);
     std::free(value);
@@ -33,7 +33,7 @@ std::string OneLine(std::string text) {
 std::vector<OutputDeviceEntry> ListAlsaDevices() {
     std::vector<OutputDeviceEntry> list{{kDefaultName, kDefaultDescription}};
     void** hints = nullptr;
-    if (snd_device_name_hint(-1, "pcm", &hints) < 0 || !hints) return list;
+    if (!Alsa() || Alsa()->snd_device_name_hint(-1, "pcm", &hints) < 0 || !hints) return list;
     for (void** hint = hints; *hint; ++hint) {
         const std::string name = HintField(*hint, "NAME");
         const std::string direction = HintField(*hint, "IOID");  // empty: both ways
@@ -49,7 +49,7 @@ std::vector<OutputDeviceEntry> ListAlsaDevices() {
         }
         list.push_back({name, OneLine(HintField(*hint, "DESC"))});
     }
-    snd_device_name_free_hint(hints);
+    Alsa()->snd_device_name_free_hint(hints);
     return list;
 }
 

@@ -1,5 +1,7 @@
 #include "AlsaPcm.h"
 
+#include "engine/output/AlsaApi.h"
+
 #include <poll.h>
 
 #include <algorithm>
@@ -33,7 +35,7 @@ constexpr FormatRow kFormats[] = {
 };
 
 std::string Reason(const char* what, const std::string& name, int code) {
-    return std::string(what) + " \"" + name + "\": " + snd_strerror(code);
+    return std::string(what) + " \"" + name + "\": " + Alsa()->snd_strerror(code);
 }
 
 // ALSA's library writes its own complaints to standard error ("Unknown PCM default", ...);
@@ -44,6 +46,10 @@ extern "C" void QuietAlsaErrors(const char*, int, const char*, int, const char*,
 
 std::unique_ptr<AlsaPcm> AlsaPcm::Open(const std::string& name, const PcmFormat& format,
                                        std::string* error) {
+    if (!Alsa()) {
+        *error = kAlsaLibraryMissing;
+        return nullptr;
+    }
     snd_pcm_format_t sampleFormat = SND_PCM_FORMAT_UNKNOWN;
     for (const FormatRow& row : kFormats)
         if (row.bits == format.bitsPerSample) sampleFormat = row.format;
@@ -51,33 +57,33 @@ std::unique_ptr<AlsaPcm> AlsaPcm::Open(const std::string& name, const PcmFormat&
         *error = "unsupported sample format for \"" + name + "\"";
         return nullptr;
     }
-    static const bool quiet = [] { return snd_lib_error_set_handler(&QuietAlsaErrors) == 0; }();
+    static const bool quiet = [] { return Alsa()->snd_lib_error_set_handler(&QuietAlsaErrors) == 0; }();
     (void)quiet;
     snd_pcm_t* raw = nullptr;
-    int rc = snd_pcm_open(&raw, name.c_str(), SND_PCM_STREAM_PLAYBACK, SND_PCM_NONBLOCK);
+    int rc = Alsa()->snd_pcm_open(&raw, name.c_str(), SND_PCM_STREAM_PLAYBACK, SND_PCM_NONBLOCK);
     if (rc < 0) {
         *error = Reason("cannot open ALSA device", name, rc);
         return nullptr;
     }
     std::unique_ptr<AlsaPcm> pcm(new AlsaPcm(raw));
-    rc = snd_pcm_set_params(raw, sampleFormat, SND_PCM_ACCESS_RW_INTERLEAVED, format.channels,
+    rc = Alsa()->snd_pcm_set_params(raw, sampleFormat, SND_PCM_ACCESS_RW_INTERLEAVED, format.channels,
                             format.sampleRate, 1, LatencyMicroseconds(format.sampleRate));
     if (rc < 0) {
         *error = Reason("cannot configure ALSA device", name, rc);
         return nullptr;
     }
     snd_pcm_uframes_t bufferSize = 0, periodSize = 0;
-    snd_pcm_get_params(raw, &bufferSize, &periodSize);
+    Alsa()->snd_pcm_get_params(raw, &bufferSize, &periodSize);
     pcm->bufferFrames_ = static_cast<uint32_t>(bufferSize);
 
     // Start with the first frame written rather than with a full buffer: the last frames
     // of a track may be fewer than a buffer, and they must be heard too.
     snd_pcm_sw_params_t* sw = nullptr;
-    if (snd_pcm_sw_params_malloc(&sw) == 0) {
-        if (snd_pcm_sw_params_current(raw, sw) == 0 &&
-            snd_pcm_sw_params_set_start_threshold(raw, sw, 1) == 0)
-            rc = snd_pcm_sw_params(raw, sw);
-        snd_pcm_sw_params_free(sw);
+    if (Alsa()->snd_pcm_sw_params_malloc(&sw) == 0) {
+        if (Alsa()->snd_pcm_sw_params_current(raw, sw) == 0 &&
+            Alsa()->snd_pcm_sw_params_set_start_threshold(raw, sw, 1) == 0)
+            rc = Alsa()->snd_pcm_sw_params(raw, sw);
+        Alsa()->snd_pcm_sw_params_free(sw);
         if (rc < 0) {
             *error = Reason("cannot configure ALSA device", name, rc);
             return nullptr;
@@ -85,48 +91,48 @@ std::unique_ptr<AlsaPcm> AlsaPcm::Open(const std::string& name, const PcmFormat&
     }
 
     snd_pcm_hw_params_t* hw = nullptr;
-    if (snd_pcm_hw_params_malloc(&hw) == 0) {
-        if (snd_pcm_hw_params_current(raw, hw) == 0)
-            pcm->canPause_ = snd_pcm_hw_params_can_pause(hw) != 0;
-        snd_pcm_hw_params_free(hw);
+    if (Alsa()->snd_pcm_hw_params_malloc(&hw) == 0) {
+        if (Alsa()->snd_pcm_hw_params_current(raw, hw) == 0)
+            pcm->canPause_ = Alsa()->snd_pcm_hw_params_can_pause(hw) != 0;
+        Alsa()->snd_pcm_hw_params_free(hw);
     }
-    pcm->pacedByClock_ = snd_pcm_type(raw) == SND_PCM_TYPE_NULL;
+    pcm->pacedByClock_ = Alsa()->snd_pcm_type(raw) == SND_PCM_TYPE_NULL;
     return pcm;
 }
 
 AlsaPcm::~AlsaPcm() {
-    snd_pcm_drop(pcm_);
-    snd_pcm_close(pcm_);
+    Alsa()->snd_pcm_drop(pcm_);
+    Alsa()->snd_pcm_close(pcm_);
 }
 
-long AlsaPcm::Avail() { return snd_pcm_avail_update(pcm_); }
+long AlsaPcm::Avail() { return Alsa()->snd_pcm_avail_update(pcm_); }
 
 long AlsaPcm::Write(const uint8_t* data, uint32_t frames) {
-    return snd_pcm_writei(pcm_, data, frames);
+    return Alsa()->snd_pcm_writei(pcm_, data, frames);
 }
 
 long AlsaPcm::Delay(long* frames) {
     snd_pcm_sframes_t delay = 0;
-    const int rc = snd_pcm_delay(pcm_, &delay);
+    const int rc = Alsa()->snd_pcm_delay(pcm_, &delay);
     *frames = delay;
     return rc;
 }
 
-int AlsaPcm::Pause(bool hold) { return snd_pcm_pause(pcm_, hold ? 1 : 0); }
+int AlsaPcm::Pause(bool hold) { return Alsa()->snd_pcm_pause(pcm_, hold ? 1 : 0); }
 
-void AlsaPcm::Drop() { snd_pcm_drop(pcm_); }
+void AlsaPcm::Drop() { Alsa()->snd_pcm_drop(pcm_); }
 
-int AlsaPcm::Prepare() { return snd_pcm_prepare(pcm_); }
+int AlsaPcm::Prepare() { return Alsa()->snd_pcm_prepare(pcm_); }
 
-int AlsaPcm::Recover(int error) { return snd_pcm_recover(pcm_, error, 1); }
+int AlsaPcm::Recover(int error) { return Alsa()->snd_pcm_recover(pcm_, error, 1); }
 
-snd_pcm_state_t AlsaPcm::State() { return snd_pcm_state(pcm_); }
+snd_pcm_state_t AlsaPcm::State() { return Alsa()->snd_pcm_state(pcm_); }
 
 std::vector<struct pollfd> AlsaPcm::PollDescriptors() {
-    const int count = snd_pcm_poll_descriptors_count(pcm_);
+    const int count = Alsa()->snd_pcm_poll_descriptors_count(pcm_);
     std::vector<struct pollfd> fds(count > 0 ? static_cast<size_t>(count) : 0);
     if (!fds.empty()) {
-        const int got = snd_pcm_poll_descriptors(pcm_, fds.data(), static_cast<unsigned>(count));
+        const int got = Alsa()->snd_pcm_poll_descriptors(pcm_, fds.data(), static_cast<unsigned>(count));
         fds.resize(got > 0 ? static_cast<size_t>(got) : 0);
     }
     return fds;
@@ -134,7 +140,7 @@ std::vector<struct pollfd> AlsaPcm::PollDescriptors() {
 
 bool AlsaPcm::ReadyToWrite(std::vector<struct pollfd>& fds) {
     unsigned short revents = 0;
-    if (snd_pcm_poll_descriptors_revents(pcm_, fds.data(), static_cast<unsigned>(fds.size()),
+    if (Alsa()->snd_pcm_poll_descriptors_revents(pcm_, fds.data(), static_cast<unsigned>(fds.size()),
                                          &revents) < 0)
         return true;  // let the next write report what is wrong
     return (revents & (POLLOUT | POLLERR)) != 0;
