@@ -37,6 +37,11 @@ constexpr int kSteadyTickMilliseconds = 500;
 constexpr int kLazyAheadMilliseconds = 1000;
 // The same while held or stopped: requests and commits wake the thread anyway.
 constexpr int kIdleTickMilliseconds = 100;
+// How far the server's clock may run ahead of ours before a reading counts as wrong.
+constexpr pa_usec_t kClockSlackUs = 250'000;
+// Stream times above this are readings below zero, wrapped; the start asks again so often.
+constexpr pa_usec_t kHighestStreamUsec = pa_usec_t{1} << 62;
+constexpr int kTimingRetries = 5;
 // How long a stream thread keeps trying when the commit queue is full (the device
 // thread is held up) before it drops the commit and reports the device as failed.
 constexpr auto kCommitTimeout = std::chrono::milliseconds(500);
@@ -204,7 +209,15 @@ private:
         w->Release(w->pending_);
         w->pending_ = nullptr;
         pa_usec_t now = 0;
-        w->baseUsec_ = Pulse()->pa_stream_get_time(stream, &now) == 0 ? now : 0;
+        const bool read = Pulse()->pa_stream_get_time(stream, &now) == 0;
+        // A reading below zero (see UpdatePlayed) is asked for again, a few times.
+        if (read && now > kHighestStreamUsec && ++w->timingRetries_ <= kTimingRetries) {
+            w->pending_ = Pulse()->pa_stream_update_timing_info(stream, &Writer::OnTiming, w);
+            if (w->pending_) return;
+        }
+        w->timingRetries_ = 0;
+        w->baseUsec_ = read && now <= kHighestStreamUsec ? now : 0;
+        w->baseStampNs_ = PlayAnchor::NowNs();
         w->startPending_ = false;
         // The pre-filled commits go out before playback begins.
         w->DrainCommits();
@@ -297,7 +310,15 @@ private:
         if (startPending_) return;
         pa_usec_t now = 0;
         if (Pulse()->pa_stream_get_time(core_.stream, &now) != 0 || now <= baseUsec_) return;
-        stampNs_ = PlayAnchor::NowNs();
+        // While the server corrects the stream's read index after a flush, libpulse's
+        // interpolated clock can come out below zero (wrapped to near 2^64). No stream plays
+        // faster than the wall clock since its run began, so such a reading is skipped:
+        // taken as it is, it would count everything written as heard, and playback would
+        // race through the track as fast as it decodes.
+        const int64_t stamp = PlayAnchor::NowNs();
+        const auto wallUs = static_cast<pa_usec_t>(std::max<int64_t>(stamp - baseStampNs_, 0)) / 1000;
+        if (now - baseUsec_ > wallUs + kClockSlackUs) return;
+        stampNs_ = stamp;
         const int64_t frames =
             static_cast<int64_t>((now - baseUsec_) * core_.format.sampleRate / 1'000'000);
         // The server's clock is interpolated and runs on over silence; nothing can have
@@ -320,6 +341,8 @@ private:
     bool startPending_ = false;  // a Start waits for the flush and the stream time
     pa_operation* pending_ = nullptr;
     pa_usec_t baseUsec_ = 0;     // stream time at the last Start
+    int64_t baseStampNs_ = 0;    // when baseUsec_ was read
+    int timingRetries_ = 0;      // asked again for the stream time at this start
     int64_t played_ = 0;
     int64_t committedFrames_ = 0;  // positive commits since Start, for the clock
     int64_t serverFrames_ = 0;     // the server's write index since Start, in frames
@@ -369,7 +392,11 @@ PulseDevice::PulseDevice(PcmFormat format, uint8_t* ring, uint32_t ringSize, int
     const uint32_t size = ringSize ? ringSize : static_cast<uint32_t>(-1);
     pa_buffer_attr attr{size, size, 0, static_cast<uint32_t>(-1), static_cast<uint32_t>(-1)};
     const auto flags = static_cast<pa_stream_flags_t>(
-        PA_STREAM_START_CORKED | PA_STREAM_INTERPOLATE_TIMING | PA_STREAM_AUTO_TIMING_UPDATE);
+        // Not monotonic: libpulse would otherwise hold on to a clock reading that came out
+        // below zero after a flush for the rest of the stream's life; the device keeps its
+        // own count from going back.
+        PA_STREAM_START_CORKED | PA_STREAM_INTERPOLATE_TIMING | PA_STREAM_AUTO_TIMING_UPDATE |
+            PA_STREAM_NOT_MONOTONIC);
     if (Pulse()->pa_stream_connect_playback(core->stream, sinkName_.empty() ? nullptr : sinkName_.c_str(),
                                    &attr, flags, nullptr, nullptr) < 0) {
         openError_ = "cannot connect a PulseAudio stream: " + core->connection->LastError();
