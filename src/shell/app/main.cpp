@@ -7,6 +7,7 @@
 #include "shell/app/CoreApplication.h"
 #include "shell/app/DBusInterfaces.h"
 #include "shell/app/RemoteControl.h"
+#include "shell/app/SessionBus.h"
 #include "shell/app/SetupModes.h"
 #include "shell/app/WindowLibrary.h"
 
@@ -53,6 +54,7 @@ int main(int argc, char** argv) {
         return 2;
     }
     if (line.setup != verdin::SetupMode::kNone) return verdin::RunSetupMode(line);
+    verdin::OpenSessionBus();
     if (!line.remote.empty()) {
         // Remote control never starts a player; paths given too go to the running one first.
         if (!line.commandText.empty() && !verdin::HandOverCommandText(line.commandText)) {
